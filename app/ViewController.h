@@ -1,0 +1,151 @@
+#pragma once
+
+#include "app/LocalizedTexts.h"
+#include "config/Deployment.h"
+#include "download/DownloadService.h"
+#include "download/FileDownloadInfo.h"
+#include "platform/Application.h"
+#include "platform/Controls.h"
+#include "platform/SharedField.h"
+
+#include <atomic>
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace orvane {
+
+class Logger;
+
+namespace platform {
+class Process;
+}
+
+/// What `initializeDownloads` decided.
+enum class DownloadDecision : std::int64_t {
+    download = 1,    ///< a usable engine must be downloaded
+    useExisting = 2, ///< the engine on the machine is usable
+    giveUp = 3,      ///< nothing usable and nothing may be downloaded
+    noDescription = 4,
+};
+
+/// The controller of the main window, and the owner of everything that one run knows. It lives until the
+/// process ends.
+///
+/// Four kinds of thread meet here: the main thread, the decision task, the receiving loop and, through the
+/// main queue, the download's session. The bodies of the operations lie in the folder of the subsystem they
+/// belong to.
+class ViewController final : public platform::ViewControllerBase,
+                             public std::enable_shared_from_this<ViewController> {
+public:
+    /// `deployment` must outlive the controller.
+    explicit ViewController(const Deployment& deployment);
+    ~ViewController() override;
+
+    // Start-up (app/ViewController.cpp), on the main thread.
+    void connectOutlets(const platform::MainWindowControls& controls) override;
+    void awakeFromNib() override;
+    void viewDidLoad() override;
+    void viewWillAppear() override;
+    std::string quitCommandTitle() override;
+
+    // Language (app/LocaleChoice.cpp).
+    void initializeLocale();
+    std::string loadTranslatedString(std::int64_t stringID) const;
+
+    /// The identifier's form for the run's mode, for a text that has one for each.
+    std::int64_t forMode(std::int64_t stringID) const { return stringID + (uninstall ? 1 : 0); }
+
+    // Flow (app/InstallerFlow.cpp): the first and last on the main thread, the others on the decision task.
+    void viewDidAppear() override;
+    DownloadDecision initializeDownloads();
+    DownloadDecision tryUseExistingOrvane();
+    void cancelButtonClicked() override;
+
+    // Presentation (app/Presentation.cpp), from any thread: each hands its work to the main queue and returns
+    // at once, but for the crash report that `showFatalErrorAndQuit` then sends from the calling thread.
+    void showStep(const std::string& step);
+    void showError(const std::string& err);
+    void setProgression(std::int64_t pos);
+    void setCancelButtonText(const std::string& text);
+    void showFatalErrorAndQuit(const std::string& err);
+
+    // Engine download (download/FileDescription.cpp, download/EngineDownload.cpp), on the decision task.
+
+    /// Fetches and stores `orvaneDownloadInfo`; blocks up to the deployment's limit. False: the log says why.
+    bool downloadFileInfo();
+
+    /// Starts the download and returns. `completionHandler` is called at most once, on the main thread, when
+    /// the engine lies verified and deciphered at its place; every failure ends in a fatal error instead.
+    void downloadOrvane(std::function<void()> completionHandler);
+
+    // Engine verification (verify/EngineChecks.cpp), on the decision task; the checksums also on the main
+    // thread. They need `orvaneExeUrl` and `orvaneDownloadInfo`.
+    bool orvaneMajorVersionMatches();
+    bool orvaneVersionsMatch();
+    bool orvaneChecksumsMatch();
+    std::string getCurrentOrvaneVersion(); ///< throws `platform::Error`
+
+    /// Where the enciphered engine lies: beside the engine, under its name with the cipher's extension.
+    std::filesystem::path encryptedOrvaneUrl() const;
+
+    // Engine process and messages (engine/EngineLaunch.cpp, engine/EngineMessages.cpp).
+
+    /// Starts the engine and returns; a failure ends in a fatal error. Main thread, decision task, receiving
+    /// loop.
+    void spawnOrvane();
+
+    /// Acts on one engine message; on the receiving loop, which waits for the return.
+    void onCopyData(std::int32_t msgType, const std::string& text);
+
+    /// Writes a log line, if the run has a log already. Any thread.
+    void writeProgramLog(const std::string& text) const;
+
+    // The run state. What several threads touch is atomic or a shared field; each field names its writer.
+    std::weak_ptr<platform::Button> cancelButton;
+    std::weak_ptr<platform::TextField> textError;
+    std::weak_ptr<platform::TextField> textStep;
+    std::weak_ptr<platform::LevelIndicator> progressBar;
+    std::string machPortName;  ///< `viewDidLoad`, before the loop starts
+    std::int64_t machPort = 0; ///< likewise; negative: no messages will come
+    SharedField<std::shared_ptr<DownloadTask>> orvaneDownloadTask;       ///< the download, while it runs
+    std::atomic<bool> uninstall = false;                                 ///< `viewWillAppear`
+    SharedField<std::optional<std::filesystem::path>> orvaneExeUrl;      ///< `initializeDownloads`
+    SharedField<std::optional<FileDownloadInfo>> orvaneDownloadInfo;     ///< `downloadFileInfo`
+    SharedField<std::shared_ptr<platform::Process>> orvaneProcessHandle; ///< `spawnOrvane`
+    std::atomic<bool> isOrvaneEncrypted = false;                         ///< `initializeDownloads`
+    SharedField<std::vector<std::string>> orvaneArguments;               ///< `viewWillAppear`
+    std::atomic<std::int64_t> lastOrvaneStep = 0;                        ///< the receiving loop
+    SharedField<std::string> localeName{"fr-CH"};                        ///< `initializeLocale`
+    std::atomic<std::int64_t> languageOffset = language::kFrench;        ///< `initializeLocale`
+    SharedField<std::shared_ptr<const LocalizedTexts>> localizedTexts;   ///< `initializeLocale`
+    SharedField<std::shared_ptr<Logger>> logger; ///< `viewWillAppear`, with its log open
+
+private:
+    void applyStyle();
+    void askForUninstallationConsent();
+    void decide();
+    std::filesystem::path orvaneUrl() const;    ///< its absence is a programming error
+    FileDownloadInfo orvaneDescription() const; ///< likewise
+    void startDownload(const std::string& sourceUrl, const std::filesystem::path& target,
+                       std::function<void()> completionHandler);
+    void showDownloadProgress(double fraction);
+    void downloadEnded(const ResultType<std::int64_t>& result, const std::filesystem::path& target,
+                       const std::function<void()>& completionHandler);
+    bool decryptOrvane(const std::filesystem::path& encryptedFile);
+    std::vector<std::string> engineArguments() const;
+    void showNetworkCondition(std::optional<std::int64_t> condition);
+    void endRun(const std::string& codeOrMessage);
+    void setCancelButtonState(std::optional<std::int64_t> state);
+    void restartAtStep(const std::string& stepAndQuestion);
+
+    const Deployment& deployment_;
+    std::weak_ptr<platform::Layer> layer_;
+    std::weak_ptr<platform::Window> window_;
+};
+
+} // namespace orvane

@@ -1,0 +1,17 @@
+# Warnings are errors, for GCC and Clang alike; every target takes them from here. Position independent code and
+# the rest of the hardening flags are those that Debian builds its own packages with.
+add_library(orvane_warnings INTERFACE)
+target_compile_options(orvane_warnings INTERFACE
+    -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wold-style-cast -Werror
+    -fstack-protector-strong)
+target_compile_definitions(orvane_warnings INTERFACE $<$<CONFIG:Release>:_FORTIFY_SOURCE=2>)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+target_compile_options(orvane_warnings INTERFACE -ffunction-sections -fdata-sections)
+target_link_options(orvane_warnings INTERFACE -Wl,--gc-sections -Wl,-z,relro -Wl,-z,now)
+
+set(ORVANE_SANITIZE "" CACHE STRING "Sanitizers of this build, as -fsanitize takes them; empty for none")
+if(ORVANE_SANITIZE)
+    target_compile_options(orvane_warnings INTERFACE
+        -fsanitize=${ORVANE_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(orvane_warnings INTERFACE -fsanitize=${ORVANE_SANITIZE})
+endif()

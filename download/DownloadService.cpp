@@ -1,0 +1,113 @@
+#include "download/DownloadService.h"
+
+#include "platform/Queue.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace orvane {
+
+namespace {
+
+constexpr char kErrorDomain[] = "OrvaneBootstrap.DownloadError";
+
+} // namespace
+
+DownloadError::DownloadError(std::string text)
+    : Error(kErrorDomain, 0, platform::genericErrorDescription(kErrorDomain, 0)), text_(std::move(text)) {}
+
+DownloadError DownloadError::targetFileError(std::string text) { return DownloadError(std::move(text)); }
+
+GenericDownloadTask::GenericDownloadTask(std::shared_ptr<platform::UrlSessionDataTask> dataTask,
+                                         std::FILE* openTargetFile)
+    : task(std::move(dataTask)), targetFileHandle(openTargetFile) {}
+
+GenericDownloadTask::~GenericDownloadTask() {
+    std::printf("Deinit: %s\n", task->originalRequestUrl().value_or("").c_str());
+}
+
+DownloadService& DownloadService::shared() {
+    // Never destroyed, so that no callback meets a service that the end of the process has taken away.
+    static const auto* const service = new std::shared_ptr<DownloadService>(create());
+    return **service;
+}
+
+std::shared_ptr<DownloadService> DownloadService::create() {
+    const std::shared_ptr<DownloadService> service(new DownloadService());
+    service->session_ = platform::UrlSession::create(
+        {.requestCachePolicy = platform::CachePolicy::reloadIgnoringLocalCacheData, .urlCache = false},
+        service);
+    return service;
+}
+
+std::shared_ptr<DownloadTask> DownloadService::download(const platform::UrlRequest& request,
+                                                        const std::filesystem::path& targetFileURL) {
+    auto dataTask = session_->dataTask(request);
+    // "e": an engine that is started meanwhile does not inherit the file.
+    std::FILE* const targetFile = std::fopen(targetFileURL.c_str(), "wbe");
+    if (targetFile == nullptr) {
+        throw DownloadError::targetFileError("Could not open target file");
+    }
+    auto task = std::make_shared<GenericDownloadTask>(std::move(dataTask), targetFile);
+    const std::lock_guard lock(downloadTasksMutex_);
+    downloadTasks_.push_back(task);
+    return task;
+}
+
+platform::ResponseDisposition DownloadService::didReceiveResponse(platform::UrlSessionDataTask& dataTask,
+                                                                  std::int64_t expectedContentLength) {
+    const auto task = taskFor(dataTask);
+    if (!task) {
+        return platform::ResponseDisposition::cancel;
+    }
+    task->expectedContentLength = expectedContentLength;
+    return platform::ResponseDisposition::allow;
+}
+
+void DownloadService::didReceiveData(platform::UrlSessionDataTask& dataTask, ByteView data) {
+    const auto task = taskFor(dataTask);
+    if (!task) {
+        return;
+    }
+    std::fwrite(data.data(), 1, data.size(), task->targetFileHandle);
+    task->writtenBytes += static_cast<std::int64_t>(data.size());
+    const double progress =
+        static_cast<double>(task->writtenBytes) / static_cast<double>(task->expectedContentLength);
+    platform::mainQueueAsync([task, progress] {
+        if (task->progressHandler) {
+            task->progressHandler(progress);
+        }
+    });
+}
+
+void DownloadService::didComplete(platform::UrlSessionDataTask& completedTask,
+                                  const std::optional<platform::Error>& error) {
+    const auto task = taskFor(completedTask);
+    if (!task) {
+        return;
+    }
+    std::fclose(task->targetFileHandle);
+    remove(task);
+    const ResultType<std::int64_t> result =
+        error ? ResultType<std::int64_t>(*error) : ResultType<std::int64_t>(task->writtenBytes);
+    platform::mainQueueAsync([task, result] {
+        if (task->completionHandler) {
+            task->completionHandler(result);
+        }
+    });
+}
+
+std::shared_ptr<GenericDownloadTask>
+DownloadService::taskFor(const platform::UrlSessionDataTask& dataTask) const {
+    const std::lock_guard lock(downloadTasksMutex_);
+    const auto found = std::find_if(downloadTasks_.begin(), downloadTasks_.end(),
+                                    [&dataTask](const auto& task) { return task->task.get() == &dataTask; });
+    return found == downloadTasks_.end() ? nullptr : *found;
+}
+
+void DownloadService::remove(const std::shared_ptr<GenericDownloadTask>& task) {
+    const std::lock_guard lock(downloadTasksMutex_);
+    downloadTasks_.erase(std::find(downloadTasks_.begin(), downloadTasks_.end(), task));
+}
+
+} // namespace orvane

@@ -1,0 +1,101 @@
+#pragma once
+
+#include "platform/Error.h"
+#include "platform/UrlSession.h"
+
+#include <cstdint>
+#include <cstdio>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <variant>
+#include <vector>
+
+namespace orvane {
+
+/// The one of two ways in which an operation that ends later ended.
+template <typename T>
+using ResultType = std::variant<T, platform::Error>;
+
+/// The target file could not be opened. It has no description of its own; a log shows the platform's generic
+/// wording.
+class DownloadError : public platform::Error {
+public:
+    static DownloadError targetFileError(std::string text);
+
+    const std::string& text() const { return text_; }
+
+private:
+    explicit DownloadError(std::string text);
+
+    std::string text_;
+};
+
+/// One download as its caller sees it. Set the handlers after `DownloadService::download` has returned and
+/// before `resume`. Both are called on the main thread: the progress handler with the fraction received once
+/// for each piece (negative, infinite or NaN while the length is not known), then the completion handler
+/// exactly once.
+class DownloadTask {
+public:
+    virtual ~DownloadTask() = default;
+
+    std::function<void(const ResultType<std::int64_t>&)> completionHandler; ///< with the bytes written
+    std::function<void(double)> progressHandler;
+
+    virtual void resume() = 0; ///< starts the transfer
+};
+
+/// The download itself. Shared by the service while it is in flight and by its caller; prints a line on
+/// standard output when the last of them lets go.
+class GenericDownloadTask final : public DownloadTask {
+public:
+    GenericDownloadTask(std::shared_ptr<platform::UrlSessionDataTask> dataTask, std::FILE* openTargetFile);
+    ~GenericDownloadTask() override;
+    GenericDownloadTask(const GenericDownloadTask&) = delete;
+    GenericDownloadTask& operator=(const GenericDownloadTask&) = delete;
+
+    void resume() override { task->resume(); }
+
+    const std::shared_ptr<platform::UrlSessionDataTask> task; ///< its identity in the session's callbacks
+
+    // Changed on the session's queue alone.
+    std::int64_t expectedContentLength = 0; ///< -1 when the server announced none
+    std::FILE* targetFileHandle;            ///< closed at completion
+    std::int64_t writtenBytes = 0;
+};
+
+/// Streams response bodies straight into files; knows nothing of engines, digests or windows.
+///
+/// `download` may be called from any thread. Response, data and completion run on the session's own serial
+/// queue. HTTP statuses are not looked at, failed writes are not detected, partial files stay.
+class DownloadService final : public platform::UrlSessionDataDelegate {
+public:
+    /// The service of this process, made on first use and never destroyed.
+    static DownloadService& shared();
+
+    static std::shared_ptr<DownloadService> create();
+
+    /// A new download into `targetFileURL`, created or truncated, not yet started. Throws
+    /// `DownloadError::targetFileError` when the file cannot be opened; nothing else has changed then.
+    std::shared_ptr<DownloadTask> download(const platform::UrlRequest& request,
+                                           const std::filesystem::path& targetFileURL);
+
+    platform::ResponseDisposition didReceiveResponse(platform::UrlSessionDataTask& dataTask,
+                                                     std::int64_t expectedContentLength) override;
+    void didReceiveData(platform::UrlSessionDataTask& dataTask, ByteView data) override;
+    void didComplete(platform::UrlSessionDataTask& task,
+                     const std::optional<platform::Error>& error) override;
+
+private:
+    DownloadService() = default;
+
+    std::shared_ptr<GenericDownloadTask> taskFor(const platform::UrlSessionDataTask& dataTask) const;
+    void remove(const std::shared_ptr<GenericDownloadTask>& task);
+
+    std::unique_ptr<platform::UrlSession> session_;
+    mutable std::mutex downloadTasksMutex_;
+    std::vector<std::shared_ptr<GenericDownloadTask>> downloadTasks_; ///< in flight
+};
+
+} // namespace orvane

@@ -1,0 +1,117 @@
+#include "app/ViewController.h"
+
+#include "engine/MessageNumber.h"
+#include "platform/Alert.h"
+#include "platform/Process.h"
+#include "platform/ProgrammingError.h"
+
+#include <string_view>
+
+namespace orvane {
+
+namespace {
+
+// The message types; any other is ignored.
+constexpr std::int32_t kProgress = 0;
+constexpr std::int32_t kStep = 1;
+constexpr std::int32_t kNetworkCondition = 2;
+constexpr std::int32_t kEndOfRun = 3;
+constexpr std::int32_t kErrorLine = 4;
+constexpr std::int32_t kRestartQuestion = 5;
+constexpr std::int32_t kCancelButtonState = 6;
+
+// The codes of an end-of-run message.
+constexpr std::int64_t kEndedWellCode = 0;
+constexpr std::int64_t kMachineRestartCode = 1;
+constexpr std::int64_t kStoppedCode = 3;
+
+/// A restart question begins with the number of the step to restart at.
+constexpr std::size_t kStepDigits = 2;
+
+} // namespace
+
+void ViewController::onCopyData(std::int32_t msgType, const std::string& text) {
+    switch (msgType) {
+    case kProgress:
+        if (const auto position = messageNumber(text)) {
+            setProgression(*position);
+        }
+        break;
+    case kStep:
+        showStep(text);
+        break;
+    case kNetworkCondition:
+        showNetworkCondition(messageNumber(text));
+        break;
+    case kEndOfRun:
+        endRun(text);
+        break;
+    case kErrorLine:
+        showError(text);
+        break;
+    case kRestartQuestion:
+        restartAtStep(text);
+        break;
+    case kCancelButtonState:
+        setCancelButtonState(messageNumber(text));
+        break;
+    default:
+        break;
+    }
+}
+
+void ViewController::showNetworkCondition(std::optional<std::int64_t> condition) {
+    if (condition == 0) {
+        showError("");
+    } else if (condition == 1) {
+        showError(loadTranslatedString(text::kNetworkUnavailable));
+    } else if (condition == 2) {
+        showError(loadTranslatedString(text::kMeteredNetwork));
+    }
+}
+
+void ViewController::endRun(const std::string& codeOrMessage) {
+    const auto code = messageNumber(codeOrMessage);
+    if (!code) {
+        showFatalErrorAndQuit(codeOrMessage);
+    } else if (*code == kEndedWellCode) {
+        platform::endProcess(0);
+    } else if (*code == kMachineRestartCode) {
+        showError(loadTranslatedString(forMode(text::kEndedWell)));
+    } else if (*code == kStoppedCode) {
+        platform::endProcess(2);
+    }
+}
+
+void ViewController::setCancelButtonState(std::optional<std::int64_t> state) {
+    if (state == 0 || state == 1) {
+        const auto button = cancelButton.lock();
+        if (!button) {
+            programmingError("the Cancel button is gone");
+        }
+        button->setEnabled(state == 1);
+    }
+}
+
+void ViewController::restartAtStep(const std::string& stepAndQuestion) {
+    if (stepAndQuestion.size() < kStepDigits) {
+        programmingError("a restart question is shorter than its step number");
+    }
+    const platform::Alert question{
+        .messageText = stepAndQuestion.substr(kStepDigits),
+        .buttonTitles = {loadTranslatedString(text::kYes), loadTranslatedString(text::kNo)}};
+    if (question.runModal() == platform::kAlertSecondButtonReturn) {
+        platform::endProcess(2);
+    }
+    const auto step = messageNumber(std::string_view(stepAndQuestion).substr(0, kStepDigits));
+    if (!step) {
+        programmingError("a restart question does not begin with a step number");
+    }
+    lastOrvaneStep = *step;
+    if (const auto process = orvaneProcessHandle.load()) {
+        process->interrupt();
+    }
+    spawnOrvane();
+}
+
+} // namespace orvane
