@@ -1,0 +1,291 @@
+#include "platform/UrlTransfer_linux.h"
+
+#include "platform/ProgrammingError.h"
+#include "platform/TrustedAuthorities_linux.h"
+
+#include <charconv>
+#include <openssl/ssl.h>
+#include <strings.h>
+#include <utility>
+
+namespace orvane::platform {
+
+namespace {
+
+constexpr long kMostRedirects = 20;
+constexpr long kReceiveBufferSize = 512L << 10; // the largest the library admits
+
+/// A delegate has nobody above it to whom an exception could go.
+template <typename Call>
+auto callDelegate(Call call) {
+    try {
+        return call();
+    } catch (...) {
+        programmingError("a session's delegate let an exception out");
+    }
+}
+
+/// The library writes session keys to the file that SSLKEYLOGFILE names; nobody may read along here.
+CURLcode keepKeysSecret(CURL* /*easy*/, void* sslContext, void* /*unused*/) {
+    SSL_CTX_set_keylog_callback(static_cast<SSL_CTX*>(sslContext), nullptr);
+    return CURLE_OK;
+}
+
+std::string errorSentence(CURLcode result, bool cancelled, const char* libraryText) {
+    if (cancelled) {
+        return "The request was cancelled";
+    }
+    if (result == CURLE_OPERATION_TIMEDOUT) {
+        return "The request timed out";
+    }
+    return *libraryText != '\0' ? libraryText : curl_easy_strerror(result);
+}
+
+} // namespace
+
+UrlTransfer::UrlTransfer(CURLM* multi, std::shared_ptr<UrlDataTask> task,
+                         std::weak_ptr<UrlSessionDataDelegate> delegate)
+    : multi_(multi), task_(std::move(task)), delegate_(std::move(delegate)), easy_(curl_easy_init()) {
+    setUp();
+}
+
+UrlTransfer& UrlTransfer::of(CURL* easy) {
+    void* transfer = nullptr;
+    curl_easy_getinfo(easy, CURLINFO_PRIVATE, &transfer);
+    return *static_cast<UrlTransfer*>(transfer);
+}
+
+/// An option that could not be set must not silently leave a transfer less safe; it ends the transfer before
+/// it begins.
+template <typename Value>
+void UrlTransfer::set(CURLoption option, Value value) {
+    const CURLcode result = curl_easy_setopt(easy_.get(), option, value);
+    if (setUpResult_ == CURLE_OK) {
+        setUpResult_ = result;
+    }
+}
+
+void UrlTransfer::setUp() {
+    set(CURLOPT_PRIVATE, this);
+    set(CURLOPT_ERRORBUFFER, errorText_.data());
+    set(CURLOPT_NOSIGNAL, 1L);
+    set(CURLOPT_QUICK_EXIT, 1L); // a name that is still being looked up does not hold up a transfer's end
+    set(CURLOPT_BUFFERSIZE, kReceiveBufferSize);
+    set(CURLOPT_HEADERFUNCTION, &UrlTransfer::onHeader);
+    set(CURLOPT_HEADERDATA, this);
+    set(CURLOPT_WRITEFUNCTION, &UrlTransfer::onBody);
+    set(CURLOPT_WRITEDATA, this);
+    setUpSecurity();
+    setUpRequest();
+}
+
+void UrlTransfer::setUpSecurity() {
+    set(CURLOPT_PROTOCOLS_STR, "https");
+    set(CURLOPT_REDIR_PROTOCOLS_STR, "https");
+    set(CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
+    set(CURLOPT_SSL_VERIFYPEER, 1L);
+    set(CURLOPT_SSL_VERIFYHOST, 2L);
+    set(CURLOPT_SSL_CTX_FUNCTION, &keepKeysSecret);
+    if (const std::string authorities = trustedAuthoritiesFile(); !authorities.empty()) {
+        set(CURLOPT_CAINFO, authorities.c_str());
+        set(CURLOPT_CAPATH, static_cast<const char*>(nullptr));
+    }
+}
+
+void UrlTransfer::setUpRequest() {
+    const UrlRequest& request = task_->request();
+    set(CURLOPT_URL, request.url.c_str());
+    set(CURLOPT_FOLLOWLOCATION, 1L);
+    set(CURLOPT_MAXREDIRS, kMostRedirects);
+    set(CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
+    set(CURLOPT_ACCEPT_ENCODING, ""); // every coding that the library can decode
+    // A host with several addresses gets its other ones tried within the limit.
+    set(CURLOPT_CONNECTTIMEOUT, static_cast<long>(request.timeoutInterval.count()));
+    std::string usualMethod = "GET";
+    if (request.httpMethod == "HEAD") {
+        usualMethod = "HEAD";
+        set(CURLOPT_NOBODY, 1L);
+    } else if (request.httpMethod == "POST" || !request.httpBody.empty()) {
+        usualMethod = "POST";
+        set(CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(request.httpBody.size()));
+        set(CURLOPT_POSTFIELDS, request.httpBody.c_str());
+        addHeaderField("Expect:"); // do not wait for a leave to send the body
+    }
+    if (request.httpMethod != usualMethod) {
+        set(CURLOPT_CUSTOMREQUEST, request.httpMethod.c_str());
+    }
+    for (const auto& [name, value] : request.httpHeaderFields) {
+        addHeaderField(value.empty() ? name + ";" : name + ": " + value);
+    }
+    set(CURLOPT_HTTPHEADER, headerFields_.get());
+}
+
+void UrlTransfer::addHeaderField(const std::string& line) {
+    curl_slist* longer = curl_slist_append(headerFields_.get(), line.c_str());
+    if (longer == nullptr) {
+        setUpResult_ = CURLE_OUT_OF_MEMORY;
+        return;
+    }
+    static_cast<void>(headerFields_.release());
+    headerFields_.reset(longer);
+}
+
+void UrlTransfer::obeyTask() {
+    if (isComplete_) {
+        return;
+    }
+    if (task_->isCancelled()) {
+        complete(CURLE_ABORTED_BY_CALLBACK);
+    } else if (task_->isSuspended()) {
+        lastMovement_ = Clock::now(); // time does not run for it
+    } else if (!hasBegun_) {
+        begin();
+    } else if (isPaused_) {
+        isPaused_ = false;
+        lastMovement_ = Clock::now();
+        curl_easy_pause(easy_.get(), CURLPAUSE_CONT);
+    }
+}
+
+void UrlTransfer::begin() {
+    hasBegun_ = true;
+    lastMovement_ = Clock::now();
+    if (setUpResult_ != CURLE_OK) {
+        complete(setUpResult_);
+    } else if (curl_multi_add_handle(multi_, easy_.get()) != CURLM_OK) {
+        complete(CURLE_FAILED_INIT);
+    }
+}
+
+void UrlTransfer::watchProgress() {
+    if (isComplete_) {
+        return;
+    }
+    if (const curl_off_t moved = bytesMoved(); moved != bytesMoved_) {
+        bytesMoved_ = moved;
+        lastMovement_ = Clock::now();
+    } else if (const auto limit = deadline(); limit && Clock::now() >= *limit) {
+        complete(CURLE_OPERATION_TIMEDOUT);
+    }
+}
+
+std::optional<UrlTransfer::Clock::time_point> UrlTransfer::deadline() const {
+    if (!hasBegun_ || task_->isSuspended()) {
+        return std::nullopt;
+    }
+    return lastMovement_ + task_->request().timeoutInterval;
+}
+
+curl_off_t UrlTransfer::bytesMoved() const {
+    curl_off_t received = 0;
+    curl_off_t sent = 0;
+    long headers = 0;
+    curl_easy_getinfo(easy_.get(), CURLINFO_SIZE_DOWNLOAD_T, &received);
+    curl_easy_getinfo(easy_.get(), CURLINFO_SIZE_UPLOAD_T, &sent);
+    curl_easy_getinfo(easy_.get(), CURLINFO_HEADER_SIZE, &headers);
+    return received + sent + headers;
+}
+
+void UrlTransfer::complete(CURLcode result) {
+    isComplete_ = true;
+    const std::optional<Error> error = errorOf(result);
+    curl_multi_remove_handle(multi_, easy_.get());
+    if (const auto delegate = delegate_.lock()) {
+        callDelegate([&] { delegate->didComplete(*task_, error); });
+    }
+}
+
+std::size_t UrlTransfer::onHeader(char* data, std::size_t size, std::size_t count, void* transfer) {
+    return static_cast<UrlTransfer*>(transfer)->headerArrived({data, size * count});
+}
+
+std::size_t UrlTransfer::onBody(char* data, std::size_t size, std::size_t count, void* transfer) {
+    return static_cast<UrlTransfer*>(transfer)->bodyArrived(bytesOf({data, size * count}));
+}
+
+std::size_t UrlTransfer::headerArrived(std::string_view line) {
+    const bool isEndOfHeaders = line == "\r\n" || line == "\n";
+    if (isEndOfHeaders && !responseArrived_ && isFinalResponse()) {
+        responseArrived_ = true;
+        isRefused_ = !deliverResponse();
+    }
+    return isRefused_ ? 0 : line.size();
+}
+
+/// Not a preliminary one, nor one that sends us elsewhere.
+bool UrlTransfer::isFinalResponse() const {
+    long status = 0;
+    curl_easy_getinfo(easy_.get(), CURLINFO_RESPONSE_CODE, &status);
+    const bool isRedirect = status >= 300 && status < 400 && !responseHeader("Location").empty();
+    return status >= 200 && !isRedirect;
+}
+
+bool UrlTransfer::deliverResponse() {
+    const auto delegate = delegate_.lock();
+    return !delegate || callDelegate([&] {
+        return delegate->didReceiveResponse(*task_, expectedContentLength()) == ResponseDisposition::allow;
+    });
+}
+
+std::string UrlTransfer::responseHeader(const char* name) const {
+    curl_header* header = nullptr;
+    constexpr int kLatestRequest = -1;
+    if (curl_easy_header(easy_.get(), name, 0, CURLH_HEADER, kLatestRequest, &header) != CURLHE_OK) {
+        return {};
+    }
+    return header->value;
+}
+
+std::int64_t UrlTransfer::expectedContentLength() const {
+    const std::string coding = responseHeader("Content-Encoding");
+    const bool isCoded = !coding.empty() && ::strcasecmp(coding.c_str(), "identity") != 0;
+    const std::string length = responseHeader("Content-Length");
+    std::int64_t value = -1;
+    const auto [end, failure] = std::from_chars(length.data(), length.data() + length.size(), value);
+    const bool isKnown = failure == std::errc() && value >= 0 && responseHeader("Transfer-Encoding").empty();
+    return isKnown && !isCoded ? value : -1;
+}
+
+std::size_t UrlTransfer::bodyArrived(ByteView data) {
+    if (task_->isCancelled()) {
+        return CURL_WRITEFUNC_ERROR;
+    }
+    if (task_->isSuspended()) {
+        isPaused_ = true;
+        return CURL_WRITEFUNC_PAUSE;
+    }
+    if (const auto delegate = delegate_.lock()) {
+        callDelegate([&] { delegate->didReceiveData(*task_, data); });
+    }
+    return task_->isCancelled() ? CURL_WRITEFUNC_ERROR : data.size();
+}
+
+std::optional<Error> UrlTransfer::errorOf(CURLcode result) const {
+    const bool isCancelled = isRefused_ || task_->isCancelled();
+    const CURLcode code = isCancelled ? CURLE_ABORTED_BY_CALLBACK : result;
+    if (code == CURLE_OK) {
+        return std::nullopt;
+    }
+    std::string description = errorSentence(code, isCancelled, errorText_.data());
+    if (const std::string name = host(); !name.empty() && description.find(name) == std::string::npos) {
+        description += " (" + name + ")";
+    }
+    return Error("libcurl", code, description);
+}
+
+/// Of the URL last gone to; empty when it has none.
+std::string UrlTransfer::host() const {
+    const char* url = nullptr;
+    curl_easy_getinfo(easy_.get(), CURLINFO_EFFECTIVE_URL, &url);
+    const std::unique_ptr<CURLU, decltype(&curl_url_cleanup)> parts(curl_url(), &curl_url_cleanup);
+    char* name = nullptr;
+    if (url == nullptr ||
+        curl_url_set(parts.get(), CURLUPART_URL, url, CURLU_NON_SUPPORT_SCHEME) != CURLUE_OK ||
+        curl_url_get(parts.get(), CURLUPART_HOST, &name, 0) != CURLUE_OK) {
+        return {};
+    }
+    const std::unique_ptr<char, decltype(&curl_free)> owned(name, &curl_free);
+    return name;
+}
+
+} // namespace orvane::platform
