@@ -1,0 +1,118 @@
+#include "platform/Application.h"
+
+#include "platform/MainWindow_linux.h"
+#include "platform/ProgrammingError.h"
+#include "platform/Queue.h"
+#include "platform/Queue_linux.h"
+#include "platform/WrappingText_linux.h"
+
+#include <QApplication>
+
+#include <unistd.h>
+
+#include <array>
+#include <cstdio>
+#include <exception>
+
+namespace orvane::platform {
+
+namespace {
+
+std::vector<std::string>& savedArguments() {
+    static std::vector<std::string> arguments;
+    return arguments;
+}
+
+/// Every event passes here, and with it all that this program does on the main thread. Qt cannot carry an
+/// exception through its event loop.
+class LinuxApplication final : public QApplication {
+public:
+    using QApplication::QApplication;
+
+    bool notify(QObject* receiver, QEvent* event) override {
+        try {
+            return QApplication::notify(receiver, event);
+        } catch (const std::exception& error) {
+            programmingError(std::string("an exception left an event handler: ") + error.what());
+        } catch (...) {
+            programmingError("an exception left an event handler");
+        }
+    }
+};
+
+/// The main window and its controller, from the start to the end of the process.
+class Session {
+public:
+    Session(const std::string& windowTitle, ApplicationDelegate& delegate)
+        : delegate_(delegate), window_(plainText(windowTitle)) {}
+
+    /// The launch counts as finished once the window stands.
+    void start(const ViewControllerFactory& makeViewController) {
+        controller_ = makeViewController();
+        window_.connectCommands({[this] { controller_->cancelButtonClicked(); }, [this] { quitIfAgreed(); },
+                                 [this] { return controller_->quitCommandTitle(); }});
+        controller_->connectOutlets(window_.controls());
+        controller_->awakeFromNib();
+        controller_->viewDidLoad();
+        controller_->viewWillAppear();
+        window_.show();
+        controller_->viewDidAppear();
+        delegate_.applicationDidFinishLaunching();
+    }
+
+private:
+    void quitIfAgreed() {
+        if (delegate_.applicationShouldTerminate() == TerminateReply::now) {
+            delegate_.applicationWillTerminate();
+            endProcess(0);
+        }
+    }
+
+    ApplicationDelegate& delegate_;
+    MainWindow window_;
+    std::shared_ptr<ViewControllerBase> controller_;
+};
+
+} // namespace
+
+void applicationMain(int argumentCount, char** arguments, const std::string& windowTitle,
+                     ApplicationDelegate& delegate, const ViewControllerFactory& makeViewController) {
+    savedArguments().assign(arguments, arguments + argumentCount);
+
+    // Qt sees the program's name alone: it would take options meant for the engine as its own.
+    std::string programName = argumentCount > 0 ? savedArguments().front() : windowTitle;
+    std::array<char*, 2> programArguments{programName.data(), nullptr};
+    int programArgumentCount = 1;
+    LinuxApplication application(programArgumentCount, programArguments.data());
+    QApplication::setApplicationDisplayName(plainText(windowTitle));
+    QApplication::setDesktopFileName(plainText(windowTitle));
+    QApplication::setQuitOnLastWindowClosed(false);
+
+    const MainQueueService mainQueueService;
+    std::unique_ptr<Session> session;
+    mainQueueAsync([&] {
+        session = std::make_unique<Session>(windowTitle, delegate);
+        session->start(makeViewController);
+    });
+    QApplication::exec();
+}
+
+std::vector<std::string> processArguments() { return savedArguments(); }
+
+void activateIgnoringOtherApps(bool ignoringOtherApps) {
+    MainWindow* window = MainWindow::instance();
+    if (window == nullptr) {
+        return;
+    }
+    if (ignoringOtherApps) {
+        window->raise();
+    }
+    window->activateWindow();
+}
+
+void endProcess(int status) {
+    std::fflush(stdout);
+    _exit(status);
+}
+
+} // namespace orvane::platform

@@ -1,0 +1,79 @@
+#pragma once
+
+#include "platform/Controls.h"
+
+#include <QColor>
+#include <QProgressBar>
+
+#include <functional>
+
+class QPushButton;
+
+namespace orvane::platform {
+
+class ScrollingText;
+
+QColor colorFrom(const Color& color);
+
+/// A thin bar that draws any value, bounded by its range, and tells assistive technology the value in whole
+/// steps.
+class ProgressBar final : public QProgressBar {
+public:
+    explicit ProgressBar(QWidget* parent);
+
+    void setLowest(double lowest);
+    void setHighest(double highest);
+    void setExactValue(double value);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    double proportion() const;
+    void refresh();
+
+    double lowest_ = 0;
+    double highest_ = 100;
+    double value_ = 0;
+};
+
+class LinuxTextField final : public TextField {
+public:
+    using TextObserver = std::function<void(const std::string& stringValue)>;
+
+    /// `area` outlives this. `observer`, if any, is told of each text set.
+    explicit LinuxTextField(ScrollingText& area, TextObserver observer = {});
+
+    void setStringValue(const std::string& stringValue) override;
+    void setTextColor(const Color& textColor) override;
+    void setSystemFontOfSize(double size) override;
+
+private:
+    ScrollingText& area_;
+    TextObserver observer_;
+};
+
+class LinuxLevelIndicator final : public LevelIndicator {
+public:
+    explicit LinuxLevelIndicator(ProgressBar& bar) : bar_(bar) {}
+
+    void setMinValue(double minValue) override { bar_.setLowest(minValue); }
+    void setMaxValue(double maxValue) override { bar_.setHighest(maxValue); }
+    void setDoubleValue(double doubleValue) override { bar_.setExactValue(doubleValue); }
+
+private:
+    ProgressBar& bar_;
+};
+
+class LinuxButton final : public Button {
+public:
+    explicit LinuxButton(QPushButton& button) : button_(button) {}
+
+    void setTitle(const std::string& title) override;
+    void setEnabled(bool enabled) override;
+
+private:
+    QPushButton& button_;
+};
+
+} // namespace orvane::platform

@@ -1,0 +1,191 @@
+#include "platform/WrappingText_linux.h"
+
+#include <QPainter>
+#include <QScrollBar>
+#include <QTextBoundaryFinder>
+#include <QTextLayout>
+#include <QTextOption>
+
+#include <algorithm>
+#include <cmath>
+
+namespace orvane::platform {
+
+namespace {
+
+constexpr int kFewestLinesShown = 3;
+constexpr qreal kLineSpacing = 1.15; ///< of the font's own line height
+
+/// A text layout is one paragraph and breaks lines at the line separator alone.
+QString withLineSeparators(QString text) {
+    text.replace(QStringLiteral("\r\n"), QString(QChar::LineSeparator));
+    for (const QChar lineBreak : {QChar('\n'), QChar('\r'), QChar('\v'), QChar('\f'), QChar(0x85),
+                                  QChar(QChar::ParagraphSeparator)}) {
+        text.replace(lineBreak, QChar::LineSeparator);
+    }
+    return text;
+}
+
+/// No character of any script takes more UTF-16 units with all that combines with it.
+constexpr qsizetype kLongestCharacter = 32;
+
+/// Appends `character` with a break opportunity wherever it grows beyond what fits a line. What joins or
+/// stacks without end would otherwise be drawn as one character, past the line's end or over itself.
+void appendBreakable(QString& shown, QStringView character) {
+    const auto breakAndBase = QStringLiteral("\u200B\u00A0"); // a mark needs something to stand on
+    while (character.size() > kLongestCharacter) {
+        const bool splitsPair = character.at(kLongestCharacter).isLowSurrogate();
+        const qsizetype length = splitsPair ? kLongestCharacter - 1 : kLongestCharacter;
+        shown.append(character.first(length)).append(breakAndBase);
+        character = character.sliced(length);
+    }
+    shown.append(character);
+}
+
+QString withBreakableCharacters(const QString& text) {
+    QString shown;
+    QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, text);
+    qsizetype start = 0;
+    for (qsizetype end = characters.toNextBoundary(); end != -1; end = characters.toNextBoundary()) {
+        appendBreakable(shown, QStringView(text).sliced(start, end - start));
+        start = end;
+    }
+    return shown;
+}
+
+QTextOption wrappingOption(const QString& text) {
+    const bool rightToLeft = text.isRightToLeft();
+    QTextOption option(rightToLeft ? Qt::AlignRight : Qt::AlignLeft);
+    option.setTextDirection(rightToLeft ? Qt::RightToLeft : Qt::LeftToRight);
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    return option;
+}
+
+/// Breaks the layout's text into lines of at most `width` and returns the width and height they take.
+QSizeF breakLines(QTextLayout& layout, qreal width) {
+    QSizeF taken(0, 0);
+    layout.beginLayout();
+    for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+        line.setLineWidth(width);
+        line.setPosition(QPointF(0, taken.height()));
+        taken = QSizeF(std::max(taken.width(), line.naturalTextWidth()),
+                       taken.height() + line.height() * kLineSpacing);
+    }
+    layout.endLayout();
+    return taken;
+}
+
+int roundedUp(qreal length) { return static_cast<int>(std::ceil(length)); }
+
+} // namespace
+
+QString plainText(const std::string& text) { return QString::fromStdString(text); }
+
+QString plainTitle(const std::string& title) {
+    return plainText(title).replace(QStringLiteral("&"), QStringLiteral("&&"));
+}
+
+WrappingLabel::WrappingLabel(QWidget* parent) : QLabel(parent) {
+    setTextFormat(Qt::PlainText);
+    QSizePolicy policy(QSizePolicy::Ignored, QSizePolicy::Minimum);
+    policy.setHeightForWidth(true);
+    setSizePolicy(policy);
+    setWordWrap(true);
+}
+
+void WrappingLabel::setPlainText(const QString& text) {
+    shownText_ = withBreakableCharacters(withLineSeparators(text));
+    setText(text);
+    update();
+}
+
+int WrappingLabel::naturalWidth(int maximumWidth) const { return roundedUp(sizeTaken(maximumWidth).width()); }
+
+int WrappingLabel::heightForWidth(int width) const { return roundedUp(sizeTaken(width).height()); }
+
+QSize WrappingLabel::sizeHint() const { return {width(), heightForWidth(width())}; }
+
+QSize WrappingLabel::minimumSizeHint() const { return {0, 0}; }
+
+void WrappingLabel::paintEvent(QPaintEvent* /*event*/) {
+    QPainter painter(this);
+    painter.setPen(palette().color(foregroundRole()));
+    layOut(width(), [&](const QTextLayout& layout) { layout.draw(&painter, QPointF(0, 0)); });
+}
+
+template <typename Use>
+QSizeF WrappingLabel::layOut(int width, Use use) const {
+    if (shownText_.isEmpty()) {
+        return {0, 0};
+    }
+    QTextLayout layout(shownText_, font(), this);
+    layout.setTextOption(wrappingOption(shownText_));
+    const QSizeF taken = breakLines(layout, std::max(1, width));
+    use(layout);
+    return taken;
+}
+
+QSizeF WrappingLabel::sizeTaken(int width) const {
+    return layOut(width, [](const QTextLayout&) {});
+}
+
+ScrollingText::ScrollingText(int textWidth, QWidget* parent)
+    : QScrollArea(parent), label_(new WrappingLabel(this)), textWidth_(textWidth) {
+    setFrameShape(QFrame::NoFrame);
+    setFocusPolicy(Qt::NoFocus);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Maximum);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setWidgetResizable(true);
+    setWidget(label_);
+    label_->setAutoFillBackground(false);
+    viewport()->setAutoFillBackground(false);
+    connect(verticalScrollBar(), &QScrollBar::rangeChanged, this,
+            [this](int minimum, int maximum) { setReachableByKeyboard(maximum > minimum); });
+}
+
+void ScrollingText::setText(const QString& text) {
+    label_->setPlainText(text);
+    verticalScrollBar()->setValue(0);
+    measure();
+}
+
+void ScrollingText::setTextColor(const QColor& color) {
+    QPalette colors = label_->palette();
+    colors.setColor(label_->foregroundRole(), color);
+    label_->setPalette(colors);
+}
+
+void ScrollingText::setTextFont(const QFont& font) {
+    label_->setFont(font);
+    measure();
+}
+
+QSize ScrollingText::sizeHint() const { return {textWidth_, preferredHeight_}; }
+
+QSize ScrollingText::minimumSizeHint() const {
+    const qreal fewestLines = kFewestLinesShown * kLineSpacing * label_->fontMetrics().height();
+    return {textWidth_, std::min(roundedUp(fewestLines), preferredHeight_)};
+}
+
+void ScrollingText::paintEvent(QPaintEvent* /*event*/) {
+    if (label_->hasFocus()) {
+        QPainter painter(viewport());
+        painter.setPen(QPen(label_->palette().color(label_->foregroundRole()), 1, Qt::DotLine));
+        painter.drawRect(viewport()->rect().adjusted(0, 0, -1, -1));
+    }
+}
+
+void ScrollingText::measure() {
+    preferredHeight_ = label_->heightForWidth(textWidth_);
+    updateGeometry();
+}
+
+/// The keyboard does not stay with a text that it no longer reaches.
+void ScrollingText::setReachableByKeyboard(bool reachable) {
+    label_->setFocusPolicy(reachable ? Qt::TabFocus : Qt::NoFocus);
+    if (!reachable && label_->hasFocus() && !focusNextChild()) {
+        label_->clearFocus();
+    }
+}
+
+} // namespace orvane::platform
