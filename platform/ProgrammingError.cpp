@@ -8,7 +8,6 @@ namespace orvane {
 void programmingError(std::string_view what) {
     std::fprintf(stderr, "OrvaneBootstrap: programming error: %.*s\n", static_cast<int>(what.size()),
                  what.data());
-    std::fflush(nullptr);
     std::abort();
 }
 

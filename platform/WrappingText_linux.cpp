@@ -16,6 +16,9 @@ namespace {
 constexpr int kFewestLinesShown = 3;
 constexpr qreal kLineSpacing = 1.15; ///< of the font's own line height
 
+/// No character of any script takes more UTF-16 units with all that combines with it.
+constexpr qsizetype kLongestCharacter = 32;
+
 /// A text layout is one paragraph and breaks lines at the line separator alone.
 QString withLineSeparators(QString text) {
     text.replace(QStringLiteral("\r\n"), QString(QChar::LineSeparator));
@@ -25,9 +28,6 @@ QString withLineSeparators(QString text) {
     }
     return text;
 }
-
-/// No character of any script takes more UTF-16 units with all that combines with it.
-constexpr qsizetype kLongestCharacter = 32;
 
 /// Appends `character` with a break opportunity wherever it grows beyond what fits a line. What joins or
 /// stacks without end would otherwise be drawn as one character, past the line's end or over itself.
