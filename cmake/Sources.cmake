@@ -44,6 +44,7 @@ set(ORVANE_SYSTEM_LINUX_SOURCES
     platform/OpenSsl_linux.cpp
     platform/ProcessInfo_linux.cpp
     platform/Process_linux.cpp
+    platform/UrlDataTask_linux.cpp
     platform/UrlSession_linux.cpp
     platform/UrlTransfer_linux.cpp
     platform/UrlWorker_linux.cpp)

@@ -101,6 +101,17 @@ void UrlTransfer::setUpRequest() {
     set(CURLOPT_ACCEPT_ENCODING, ""); // every coding that the library can decode
     // A host with several addresses gets its other ones tried within the limit.
     set(CURLOPT_CONNECTTIMEOUT, static_cast<long>(request.timeoutInterval.count()));
+    setUpMethodAndBody();
+    for (auto [line, value] : request.httpHeaderFields) {
+        line += value.empty() ? ";" : ": ";
+        line += value;
+        addHeaderField(line);
+    }
+    set(CURLOPT_HTTPHEADER, headerFields_.get());
+}
+
+void UrlTransfer::setUpMethodAndBody() {
+    const UrlRequest& request = task_->request();
     std::string usualMethod = "GET";
     if (request.httpMethod == "HEAD") {
         usualMethod = "HEAD";
@@ -114,10 +125,6 @@ void UrlTransfer::setUpRequest() {
     if (request.httpMethod != usualMethod) {
         set(CURLOPT_CUSTOMREQUEST, request.httpMethod.c_str());
     }
-    for (const auto& [name, value] : request.httpHeaderFields) {
-        addHeaderField(value.empty() ? name + ";" : name + ": " + value);
-    }
-    set(CURLOPT_HTTPHEADER, headerFields_.get());
 }
 
 void UrlTransfer::addHeaderField(const std::string& line) {
@@ -137,24 +144,30 @@ void UrlTransfer::obeyTask() {
     if (task_->isCancelled()) {
         complete(CURLE_ABORTED_BY_CALLBACK);
     } else if (task_->isSuspended()) {
-        lastMovement_ = Clock::now(); // time does not run for it
+        isHeldBack_ = true;
     } else if (!hasBegun_) {
         begin();
-    } else if (isPaused_) {
-        isPaused_ = false;
-        lastMovement_ = Clock::now();
-        curl_easy_pause(easy_.get(), CURLPAUSE_CONT);
+    } else if (isHeldBack_) {
+        goOn();
     }
 }
 
 void UrlTransfer::begin() {
     hasBegun_ = true;
+    isHeldBack_ = false;
     lastMovement_ = Clock::now();
     if (setUpResult_ != CURLE_OK) {
         complete(setUpResult_);
     } else if (curl_multi_add_handle(multi_, easy_.get()) != CURLM_OK) {
         complete(CURLE_FAILED_INIT);
     }
+}
+
+/// The time for which the task was suspended does not count.
+void UrlTransfer::goOn() {
+    isHeldBack_ = false;
+    lastMovement_ = Clock::now();
+    curl_easy_pause(easy_.get(), CURLPAUSE_CONT);
 }
 
 void UrlTransfer::watchProgress() {
@@ -205,8 +218,7 @@ std::size_t UrlTransfer::onBody(char* data, std::size_t size, std::size_t count,
 
 std::size_t UrlTransfer::headerArrived(std::string_view line) {
     const bool isEndOfHeaders = line == "\r\n" || line == "\n";
-    if (isEndOfHeaders && !responseArrived_ && isFinalResponse()) {
-        responseArrived_ = true;
+    if (isEndOfHeaders && isFinalResponse()) {
         isRefused_ = !deliverResponse();
     }
     return isRefused_ ? 0 : line.size();
@@ -251,13 +263,13 @@ std::size_t UrlTransfer::bodyArrived(ByteView data) {
         return CURL_WRITEFUNC_ERROR;
     }
     if (task_->isSuspended()) {
-        isPaused_ = true;
+        isHeldBack_ = true;
         return CURL_WRITEFUNC_PAUSE;
     }
     if (const auto delegate = delegate_.lock()) {
         callDelegate([&] { delegate->didReceiveData(*task_, data); });
     }
-    return task_->isCancelled() ? CURL_WRITEFUNC_ERROR : data.size();
+    return data.size();
 }
 
 std::optional<Error> UrlTransfer::errorOf(CURLcode result) const {

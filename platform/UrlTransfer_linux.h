@@ -47,8 +47,10 @@ private:
     void setUp();
     void setUpSecurity();
     void setUpRequest();
+    void setUpMethodAndBody();
     void addHeaderField(const std::string& line);
     void begin();
+    void goOn();
 
     std::size_t headerArrived(std::string_view line);
     std::size_t bodyArrived(ByteView data);
@@ -80,9 +82,8 @@ private:
 
     CURLcode setUpResult_ = CURLE_OK;
     bool hasBegun_ = false;
-    bool isPaused_ = false;
-    bool responseArrived_ = false;
-    bool isRefused_ = false; ///< the delegate did not want the response
+    bool isHeldBack_ = false; ///< its task was seen suspended since it last went on
+    bool isRefused_ = false;  ///< the delegate did not want the response
     bool isComplete_ = false;
     curl_off_t bytesMoved_ = 0;
     Clock::time_point lastMovement_ = Clock::now();

@@ -1,0 +1,279 @@
+#include "app/AppDelegate.h"
+#include "app/RunApplication.h"
+#include "engine/EngineMessageSender.h"
+#include "log/Logger.h"
+#include "tests/support/CaptureStandardOutput.h"
+#include "tests/support/ControllerTest.h"
+
+#include <algorithm>
+#include <cctype>
+#include <fstream>
+
+namespace orvane::test {
+namespace {
+
+using Lines = std::vector<std::string>;
+
+constexpr char kConsent[] = "alert \"Voulez-vous vraiment désinstaller les logiciels Varlen ?\" [Non|Oui]";
+
+class StartUpTest : public ControllerTest {
+protected:
+    /// The options as the engine will be given them.
+    Lines passedOn() const { return controller->orvaneArguments.load(); }
+
+    /// Sends one message to the running receiving loop and waits until it changed the window.
+    void expectShown(EngineMessageSender& sender, const std::string& text) {
+        sender.send(EngineMessageType::step, text);
+        desktop.runMainQueueUntil(
+            [&] { return desktop.journal()->contains("textStep text \"" + text + "\""); });
+    }
+};
+
+TEST_F(StartUpTest, TheWindowIsPaintedInItsColour) {
+    controller->awakeFromNib();
+    EXPECT_EQ(journal(), Lines{"layer background 0 0.37254901960784315 0.5411764705882353 1"});
+}
+
+TEST_F(StartUpTest, AViewWithoutALayerKeepsItsLook) {
+    controls.layer.reset();
+    controller->awakeFromNib();
+    EXPECT_EQ(journal(), Lines{});
+}
+
+TEST_F(StartUpTest, TheServiceNameEndsInTenRandomCharacters) {
+    const std::string prefix = "kestrix.orvane.bootstrap.";
+    deployment.values.serviceNamePrefix = prefix;
+    controller->viewDidLoad();
+    const std::string name = controller->machPortName;
+    ASSERT_EQ(name.substr(0, prefix.size()), prefix);
+    EXPECT_EQ(name.size(), 35U);
+    EXPECT_TRUE(std::all_of(name.begin() + 25, name.end(),
+                            [](unsigned char letter) { return std::isalnum(letter); }));
+
+    const auto other = std::make_shared<ViewController>(deployment.values);
+    other->viewDidLoad();
+    EXPECT_NE(other->machPortName, name);
+}
+
+TEST_F(StartUpTest, ARegisteredServiceIsListenedTo) {
+    startUp();
+    EXPECT_GE(controller->machPort, 0);
+    ASSERT_EQ(desktop.waitingUtilityItems(), 1U);
+    BackgroundWork loop = desktop.startUtilityItem();
+    EngineMessageSender sender(controller->machPortName);
+    expectShown(sender, "first");
+    expectShown(sender, "second");
+    sender.send(EngineMessageType::end, "0");
+    EXPECT_EQ(loop.wait(), 0);
+}
+
+TEST_F(StartUpTest, WithoutAServiceTheRunGoesOnUnheard) {
+    deployment.values.serviceNamePrefix.assign(200, 'x');
+    startUp();
+    EXPECT_LT(controller->machPort, 0);
+    EXPECT_EQ(desktop.waitingUtilityItems(), 0U);
+    EXPECT_EQ(passedOn(), Lines{"/somewhere/OrvaneBootstrap"});
+}
+
+TEST_F(StartUpTest, TheReceivingLoopDoesNotKeepTheControllerBeforeItRuns) {
+    startUp();
+    desktop.drainMainQueue();
+    controller.reset();
+    EXPECT_EQ(desktop.runUtilityItem(), std::nullopt);
+}
+
+TEST_F(StartUpTest, AMessageThatIsNotUtf8IsAProgrammingError) {
+    const auto receiveGarbage = [this] {
+        startUp();
+        EngineMessageSender(controller->machPortName).send(EngineMessageType::step, "\xC3\x28");
+        desktop.runUtilityItem();
+    };
+    EXPECT_DEATH(receiveGarbage(), "UTF-8");
+}
+
+TEST_F(StartUpTest, WithOptionsTheOwnPathIsNotPassedOn) {
+    startUp({"--foo", "bar"});
+    EXPECT_EQ(passedOn(), (Lines{"--foo", "bar"}));
+    EXPECT_FALSE(controller->uninstall);
+}
+
+TEST_F(StartUpTest, WithoutOptionsTheOwnPathIsPassedOnAndNothingIsAsked) {
+    startUp();
+    EXPECT_EQ(passedOn(), Lines{"/somewhere/OrvaneBootstrap"});
+    EXPECT_FALSE(controller->uninstall);
+    EXPECT_TRUE(desktop.shownAlerts().empty());
+}
+
+TEST_F(StartUpTest, WithoutAnyArgumentNothingIsPassedOn) {
+    desktop.setProcessArguments({});
+    controller->viewWillAppear();
+    EXPECT_EQ(passedOn(), Lines{});
+}
+
+TEST_F(StartUpTest, TheUninstallOptionAsksForConsent) {
+    desktop.answerNextAlert(platform::kAlertSecondButtonReturn);
+    startUp({"--uninstall"});
+    EXPECT_EQ(passedOn(), Lines{"--uninstall"});
+    EXPECT_TRUE(controller->uninstall);
+    EXPECT_TRUE(desktop.journal()->contains(kConsent));
+    EXPECT_EQ(desktop.shownAlerts().front().alert.style, platform::AlertStyle::warning);
+}
+
+TEST_F(StartUpTest, TheUninstallOptionMayStandAnywhere) {
+    desktop.answerNextAlert(platform::kAlertSecondButtonReturn);
+    startUp({"a", "--uninstall", "b"});
+    EXPECT_TRUE(controller->uninstall);
+    EXPECT_EQ(passedOn(), (Lines{"a", "--uninstall", "b"}));
+}
+
+TEST_F(StartUpTest, OnlyTheExactOptionUninstalls) {
+    startUp({"--UNINSTALL", "--uninstall=1", "uninstall", " --uninstall"});
+    EXPECT_FALSE(controller->uninstall);
+}
+
+TEST_F(StartUpTest, AProgramNamedLikeTheOptionUninstallsWhenStartedAlone) {
+    desktop.setProcessArguments({"--uninstall"});
+    desktop.answerNextAlert(platform::kAlertSecondButtonReturn);
+    controller->viewWillAppear();
+    EXPECT_TRUE(controller->uninstall);
+}
+
+TEST_F(StartUpTest, EachModeHasItsFolderOfLogs) {
+    startUp();
+    EXPECT_TRUE(std::filesystem::is_directory(deployment.values.logRoot / "Installations"));
+    desktop.answerNextAlert(platform::kAlertSecondButtonReturn);
+    startUp({"--uninstall"});
+    EXPECT_TRUE(std::filesystem::is_directory(deployment.values.logRoot / "Uninstallations"));
+}
+
+TEST_F(StartUpTest, TheLanguageIsChosenWithTheLogOpen) {
+    startUp();
+    EXPECT_EQ(logLines(), (Lines{"Checking preferred languages", "Found fr"}));
+}
+
+TEST_F(StartUpTest, ALogThatCannotBeOpenedHoldsNothingUp) {
+    writeFile(deployment.values.logRoot, "a file where the folder should be");
+    CaptureStandardOutput output;
+    startUp();
+    const std::string printed = output.finish();
+    EXPECT_NE(printed.find("Error initializing logger: "), std::string::npos);
+    EXPECT_NE(printed.find("Found fr\n"), std::string::npos);
+    EXPECT_NE(controller->logger.load(), nullptr);
+    EXPECT_EQ(controller->localeName.load(), "fr-ch");
+}
+
+TEST_F(StartUpTest, RefusedConsentEndsTheRunBeforeAnythingIsDecided) {
+    desktop.answerNextAlert(platform::kAlertFirstButtonReturn);
+    EXPECT_THROW(startUp({"--uninstall"}), ProcessEnded);
+    EXPECT_EQ(desktop.journal()->lastAfter("process ended "), "2");
+    EXPECT_EQ(logLines().back(), "User didn't want to start the procedure");
+    EXPECT_EQ(desktop.waitingUtilityItems(), 1U) << "only the receiving loop was submitted";
+}
+
+TEST_F(StartUpTest, OnlyTheFirstButtonRefusesConsent) {
+    desktop.answerNextAlert(platform::kAlertSecondButtonReturn + 1);
+    startUp({"--uninstall"});
+    EXPECT_FALSE(logHas("User didn't want to start the procedure"));
+}
+
+TEST_F(StartUpTest, ConsentIsAskedInTheChosenLanguage) {
+    const EnvironmentVariable german("LANGUAGE", "de_CH");
+    desktop.answerNextAlert(platform::kAlertSecondButtonReturn);
+    startUp({"--uninstall"});
+    EXPECT_TRUE(desktop.journal()->contains("alert \"Wollen Sie die Software entfernen ?\" [Nein|Ja]"));
+}
+
+TEST_F(StartUpTest, TheWindowIsStyledOnceModeAndLanguageAreKnown) {
+    const EnvironmentVariable german("LANGUAGE", "de_CH");
+    desktop.answerNextAlert(platform::kAlertSecondButtonReturn);
+    startUp({"--uninstall"});
+    desktop.journal()->clear();
+    desktop.drainMainQueue();
+    EXPECT_EQ(journal(),
+              (Lines{"textStep text \"Die Desinstallation wird vorbereitet...\"", "textStep color 1 1 1 1",
+                     "textStep font size 16", "textError text \"\"", "textError color 1 1 1 1",
+                     "textError font size 12", "cancelButton title \"Abbrechen\""}));
+}
+
+TEST_F(StartUpTest, AnInstallationBeginsWithItsOwnStepText) {
+    startUp();
+    desktop.drainMainQueue();
+    EXPECT_TRUE(desktop.journal()->contains("textStep text \"Préparation de l'installation...\""));
+}
+
+TEST_F(StartUpTest, StylingAWindowWhoseTextsAreGoneIsAProgrammingError) {
+    startUp();
+    controls.textError.reset();
+    EXPECT_DEATH(desktop.drainMainQueue(), "main window");
+}
+
+/// The whole program, up to the platform.
+class RunApplicationTest : public ControllerTest {
+protected:
+    int run(std::vector<std::string> arguments) {
+        std::vector<char*> vector;
+        for (std::string& argument : arguments) {
+            vector.push_back(argument.data());
+        }
+        return runApplication(static_cast<int>(vector.size()), vector.data(), deployment.values);
+    }
+};
+
+TEST_F(RunApplicationTest, StartUpTakesEffectInItsOrder) {
+    bool ran = false;
+    desktop.setApplicationScript([&](platform::ApplicationDelegate&, platform::ViewControllerBase&) {
+        desktop.drainMainQueue();
+        ran = true;
+    });
+    desktop.answerNextAlert(platform::kAlertSecondButtonReturn);
+    EXPECT_EQ(run({"OrvaneBootstrap", "--uninstall"}), 0);
+    ASSERT_TRUE(ran);
+    const auto position = [this](const std::string& entry) { return desktop.journal()->positionOf(entry); };
+    const std::vector<std::size_t> order{
+        position("layer background 0 0.37254901960784315 0.5411764705882353 1"),
+        position(kConsent),
+        position("progressBar min 0"),
+        position("textStep text \"Préparation de a désinstallation...\""),
+        position("cancelButton title \"Annuler\""),
+        desktop.journal()->entries().size(),
+    };
+    EXPECT_EQ(std::adjacent_find(order.begin(), order.end(), std::greater_equal<>()), order.end());
+    EXPECT_EQ(desktop.waitingUtilityItems(), 2U) << "the receiving loop and the decision";
+}
+
+TEST_F(RunApplicationTest, QuitIsAskedInTheSameWordsInEveryLanguageAndMode) {
+    const EnvironmentVariable german("LANGUAGE", "de_CH");
+    AppDelegate delegate;
+    CaptureStandardOutput output;
+    desktop.answerNextAlert(platform::kAlertFirstButtonReturn);
+    EXPECT_EQ(delegate.applicationShouldTerminate(), platform::TerminateReply::cancel);
+    EXPECT_EQ(output.text(), "returnCode:  1000\n");
+    EXPECT_EQ(journal().front(), "alert \"Voulez-vous quitter l'installation?\" [NO|YES]");
+}
+
+TEST_F(RunApplicationTest, AnyOtherAnswerThanTheFirstButtonQuits) {
+    AppDelegate delegate;
+    CaptureStandardOutput output;
+    desktop.answerNextAlert(platform::kAlertSecondButtonReturn);
+    EXPECT_EQ(delegate.applicationShouldTerminate(), platform::TerminateReply::now);
+    desktop.answerNextAlert(platform::kAlertSecondButtonReturn + 1);
+    EXPECT_EQ(delegate.applicationShouldTerminate(), platform::TerminateReply::now);
+    EXPECT_EQ(output.finish(), "returnCode:  1001\nreturnCode:  1002\n");
+}
+
+TEST_F(RunApplicationTest, QuittingAndLaunchingDoNothingOfTheirOwn) {
+    AppDelegate delegate;
+    delegate.applicationDidFinishLaunching();
+    delegate.applicationWillTerminate();
+    EXPECT_EQ(journal(), Lines{});
+    EXPECT_EQ(desktop.waitingMainItems() + desktop.waitingUtilityItems(), 0U);
+}
+
+TEST_F(RunApplicationTest, TheQuitCommandIsNamedInTheChosenLanguage) {
+    const EnvironmentVariable german("LANGUAGE", "de_CH");
+    startUp();
+    EXPECT_EQ(controller->quitCommandTitle(), "Schliessen");
+}
+
+} // namespace
+} // namespace orvane::test

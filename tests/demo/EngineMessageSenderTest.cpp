@@ -1,0 +1,120 @@
+#include "engine/EngineMessageSender.h"
+#include "tests/demo/ServiceEnd.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <functional>
+#include <memory>
+
+namespace orvane::test {
+namespace {
+
+using Message = std::pair<std::int32_t, std::string>;
+
+std::string repeated(const std::string& text, std::size_t count) {
+    std::string result;
+    for (std::size_t index = 0; index < count; ++index) {
+        result += text;
+    }
+    return result;
+}
+
+TEST(EngineMessageSender, DeliversTypeAndText) {
+    ServiceEnd service;
+    EngineMessageSender sender(service.name());
+    sender.send(EngineMessageType::step, "Téléchargement");
+    EXPECT_EQ(service.receive(), Message(1, "Téléchargement"));
+}
+
+TEST(EngineMessageSender, DeliversATypeThatHasNoName) {
+    ServiceEnd service;
+    EngineMessageSender(service.name()).send(static_cast<EngineMessageType>(-2), "x");
+    EXPECT_EQ(service.receive(), Message(-2, "x"));
+}
+
+TEST(EngineMessageSender, FillsTheTextFieldWithNul) {
+    ServiceEnd service;
+    EngineMessageSender(service.name()).send(EngineMessageType::error, "abc");
+    service.receive();
+    const char* begin = service.message().text;
+    EXPECT_TRUE(
+        std::all_of(begin + 3, begin + platform::kMessageTextSize, [](char byte) { return byte == 0; }));
+}
+
+TEST(EngineMessageSender, DeliversTheLongestTextWhole) {
+    ServiceEnd service;
+    const std::string longest(kEngineMessageTextLimit, 'a');
+    EngineMessageSender(service.name()).send(EngineMessageType::step, longest);
+    EXPECT_EQ(service.receive(), Message(1, longest));
+}
+
+TEST(EngineMessageSender, CutsALongerTextBeforeTheLimit) {
+    ServiceEnd service;
+    EngineMessageSender(service.name()).send(EngineMessageType::step, std::string(5000, 'a'));
+    EXPECT_EQ(service.receive(), Message(1, std::string(kEngineMessageTextLimit, 'a')));
+}
+
+TEST(EngineMessageSender, CutsBetweenCharactersOfEveryLength) {
+    for (const std::string& character : {std::string("é"), std::string("€"), std::string("😀")}) {
+        for (std::size_t shift = 0; shift < character.size(); ++shift) {
+            ServiceEnd service;
+            const std::string start(shift, 'a');
+            const std::size_t whole = (kEngineMessageTextLimit - shift) / character.size();
+            EngineMessageSender(service.name())
+                .send(EngineMessageType::step, start + repeated(character, 4096));
+            EXPECT_EQ(service.receive(), Message(1, start + repeated(character, whole)))
+                << character << shift;
+        }
+    }
+}
+
+TEST(EngineMessageSender, StopsAtTheFirstNul) {
+    ServiceEnd service;
+    EngineMessageSender(service.name()).send(EngineMessageType::step, std::string_view("ab\0cd", 5));
+    service.receive();
+    EXPECT_EQ(std::string(service.message().text, 5), std::string("ab\0\0\0", 5));
+}
+
+TEST(EngineMessageSender, KeepsTheOrderOfMessages) {
+    ServiceEnd service;
+    EngineMessageSender sender(service.name());
+    for (int position = 0; position < 5; ++position) {
+        sender.send(EngineMessageType::progress, std::to_string(position));
+    }
+    for (int position = 0; position < 5; ++position) {
+        EXPECT_EQ(service.receive(), Message(0, std::to_string(position)));
+    }
+}
+
+std::string failureOf(const std::function<void()>& action) {
+    try {
+        action();
+    } catch (const EngineMessageError& error) {
+        return error.what();
+    }
+    return "no failure";
+}
+
+TEST(EngineMessageSender, SaysWhichServiceIsMissing) {
+    EXPECT_EQ(failureOf([] { EngineMessageSender("orvane.test.nobody"); }),
+              "cannot connect to orvane.test.nobody: Connection refused");
+}
+
+TEST(EngineMessageSender, RefusesNamesThatNoServiceCanHave) {
+    EXPECT_EQ(failureOf([] { EngineMessageSender(""); }), "cannot connect to : Invalid argument");
+    EXPECT_NE(failureOf([] { EngineMessageSender(std::string(108, 'a')); }).find("Invalid argument"),
+              std::string::npos);
+}
+
+TEST(EngineMessageSender, SaysThatTheReceiverIsGone) {
+    auto service = std::make_unique<ServiceEnd>();
+    const std::string name = service->name();
+    EngineMessageSender sender(name);
+    service.reset();
+    EXPECT_EQ(failureOf([&] { sender.send(EngineMessageType::step, "x"); }),
+              "cannot send to " + name + ": Connection refused");
+}
+
+} // namespace
+} // namespace orvane::test

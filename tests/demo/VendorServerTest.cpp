@@ -1,0 +1,228 @@
+#include "demo/VendorServer.h"
+
+#include "demo/RehearsalAuthorities.h"
+#include "platform/BoundedRequest.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <future>
+#include <nlohmann/json.hpp>
+#include <sys/stat.h>
+#include <thread>
+
+namespace orvane::demo {
+namespace {
+
+using namespace std::chrono_literals;
+using platform::RequestOutcome;
+using test::contentsOf;
+using test::writeFile;
+
+constexpr char kDescription[] = "/downloadinstaller?os=darwin&product=varlen";
+constexpr char kFile[] = "/varlen/setup/engine";
+
+class Vendor : public testing::Test {
+protected:
+    explicit Vendor(CertificateFlaw flaw = CertificateFlaw::none) {
+        server_ = std::make_unique<VendorServer>(
+            VendorOptions{.folder = folder(), .hosts = {}, .certificateFlaw = flaw});
+        origin_ = server_->origin();
+        trustAuthoritiesIn(folder() / "ca.pem");
+        writeFile(folder() / "published/engine", engine_);
+    }
+
+    std::filesystem::path folder() const { return folder_.path(); }
+
+    RequestOutcome get(const std::string& target) { return request({.url = origin_ + target}); }
+
+    RequestOutcome request(const platform::UrlRequest& request) { return performRequest(request, 60s); }
+
+    std::string bodyOf(const std::string& target) {
+        const RequestOutcome outcome = get(target);
+        EXPECT_TRUE(outcome.body) << outcome.error->localizedDescription();
+        return std::string(textOf(outcome.body.value_or(Bytes())));
+    }
+
+    RequestOutcome getWithFault(const std::string& fault) {
+        writeFile(folder() / "faults.json", "{\"" + std::string(kFile) + "\": " + fault + "}");
+        return get(kFile);
+    }
+
+    void expectWhole(const std::string& fault) {
+        const RequestOutcome outcome = getWithFault(fault);
+        ASSERT_TRUE(outcome.body) << fault << ": " << outcome.error->localizedDescription();
+        EXPECT_EQ(textOf(*outcome.body), engine_) << fault;
+    }
+
+    void expectCut(const std::string& fault) { EXPECT_TRUE(getWithFault(fault).error) << fault; }
+
+    std::vector<std::string> targetsIn(const std::string& log) const {
+        std::vector<std::string> targets;
+        std::ifstream stream(folder() / log);
+        for (std::string line; std::getline(stream, line);) {
+            targets.push_back(nlohmann::json::parse(line)["target"]);
+        }
+        return targets;
+    }
+
+    bool metTheUnexpected() const { return std::filesystem::exists(folder() / "unexpected.log"); }
+
+    const std::string engine_ = std::string(100'000, 'e') + "\r\n\xFF";
+    std::unique_ptr<VendorServer> server_;
+    std::string origin_;
+
+private:
+    test::TemporaryFolder folder_;
+};
+
+TEST_F(Vendor, ServesTheDescriptionAndTheFilesOfItsFolder) {
+    writeFile(folder() / "published/downloadinstaller.json", "{}");
+    EXPECT_EQ(bodyOf(kDescription), "{}");
+    EXPECT_EQ(bodyOf(kFile), engine_);
+    EXPECT_EQ(targetsIn("requests.log"), (std::vector<std::string>{kDescription, kFile}));
+    EXPECT_FALSE(metTheUnexpected());
+}
+
+TEST_F(Vendor, SendsALargeFileWhole) {
+    const std::string large(48U << 20U, 'l');
+    writeFile(folder() / "published/large", large);
+    EXPECT_TRUE(bodyOf("/varlen/setup/large") == large);
+}
+
+TEST_F(Vendor, RefusesAndNotesEveryOtherRequest) {
+    writeFile(folder() / "published/downloadinstaller.json", "{}");
+    writeFile(folder() / "published/sub/file", "x");
+    const std::vector<std::string> targets{"/downloadinstaller",
+                                           "/downloadinstaller?os=linux&product=varlen",
+                                           std::string(kDescription) + "&x=1",
+                                           "/varlen/setup/missing",
+                                           "/varlen/setup/sub/file",
+                                           "/varlen/setup/",
+                                           "/engine",
+                                           "/varlen/setup/engine?x"};
+    for (const std::string& target : targets) {
+        EXPECT_EQ(bodyOf(target), "<html><body><h1>404</h1></body></html>\n") << target;
+    }
+    EXPECT_EQ(targetsIn("unexpected.log"), targets);
+}
+
+TEST_F(Vendor, RefusesOtherMethods) {
+    request({.url = origin_ + kFile, .httpMethod = "DELETE"});
+    request({.url = origin_ + kFile, .httpMethod = "POST", .httpBody = "x"});
+    EXPECT_EQ(targetsIn("unexpected.log").size(), 2U);
+}
+
+constexpr char kReport[] = R"({"Product": "varlen", "Report": "YWJj", "OS": "darwin", )"
+                           R"("SoftwareName": "bootstrapper", "SoftwareVersion": "0.1.0"})";
+
+TEST_F(Vendor, KeepsCrashReports) {
+    const platform::UrlRequest post{.url = origin_ + "/crashreport",
+                                    .httpMethod = "POST",
+                                    .httpHeaderFields = {{"Content-Type", "application/json"}},
+                                    .httpBody = kReport};
+    EXPECT_TRUE(request(post).body);
+    EXPECT_EQ(contentsOf(folder() / "reports/001.json"), kReport);
+    EXPECT_EQ(contentsOf(folder() / "reports/001.log"), "abc");
+    EXPECT_FALSE(metTheUnexpected());
+}
+
+TEST_F(Vendor, NotesACrashReportOfAnotherTypeOrForm) {
+    request({.url = origin_ + "/crashreport", .httpMethod = "POST", .httpBody = kReport});
+    request({.url = origin_ + "/crashreport",
+             .httpMethod = "POST",
+             .httpHeaderFields = {{"Content-Type", "application/json"}},
+             .httpBody = "{}"});
+    EXPECT_EQ(targetsIn("unexpected.log"), (std::vector<std::string>{"/crashreport", "/crashreport"}));
+    EXPECT_TRUE(std::filesystem::is_empty(folder() / "reports"));
+}
+
+TEST_F(Vendor, FramesABodyAsItIsTold) {
+    expectWhole(R"({"framing": "chunked"})");
+    expectWhole(R"({"framing": "until-close"})");
+    expectWhole(R"({"gzip": true})");
+    expectWhole(R"({"status": 503})");
+    expectWhole(R"({"bytesPerSecond": 100000000})");
+    EXPECT_FALSE(metTheUnexpected());
+}
+
+TEST_F(Vendor, CutsABodyAsItIsTold) {
+    expectCut(R"({"dropAfterBytes": 0})");
+    expectCut(R"({"dropAfterBytes": 70000})");
+    expectCut(R"({"framing": "chunked", "dropAfterBytes": 70000})");
+    expectCut(R"({"contentLength": 200000})");
+    EXPECT_EQ(getWithFault(R"({"contentLength": 70000})").body.value().size(), 70000U);
+    EXPECT_FALSE(metTheUnexpected());
+}
+
+TEST_F(Vendor, SendsAPageInPlaceOfAFile) {
+    EXPECT_EQ(textOf(getWithFault(R"({"page": "<p>Log in</p>"})").body.value()), "<p>Log in</p>");
+}
+
+TEST_F(Vendor, RedirectsElsewhere) {
+    writeFile(folder() / "published/other", "other");
+    EXPECT_EQ(textOf(getWithFault("{\"redirect\": \"" + origin_ + "/varlen/setup/other\"}").body.value()),
+              "other");
+    EXPECT_FALSE(metTheUnexpected());
+}
+
+TEST_F(Vendor, StallsUntilItIsReleased) {
+    auto outcome =
+        std::async(std::launch::async, [this] { return getWithFault(R"({"stallAfterBytes": 70000})"); });
+    EXPECT_EQ(outcome.wait_for(300ms), std::future_status::timeout);
+    writeFile(folder() / "release", "");
+    EXPECT_EQ(textOf(outcome.get().body.value()), engine_);
+}
+
+TEST_F(Vendor, StopsInTheMidstOfAStall) {
+    auto outcome =
+        std::async(std::launch::async, [this] { return getWithFault(R"({"stallAfterBytes": 70000})"); });
+    while (targetsIn("requests.log").empty()) {
+        std::this_thread::yield();
+    }
+    server_.reset();
+    EXPECT_TRUE(outcome.get().error);
+}
+
+TEST_F(Vendor, AnswersNothingWhileItsFaultsCannotBeRead) {
+    getWithFault(R"({"mood": "bad"})");
+    EXPECT_EQ(targetsIn("unexpected.log"), std::vector<std::string>{kFile});
+}
+
+TEST_F(Vendor, KeepsItsKeyToItself) {
+    struct stat status {};
+    ASSERT_EQ(stat((folder() / "server-key.pem").c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777U, 0600U);
+}
+
+TEST_F(Vendor, CannotListenWhereAnotherDoes) {
+    const test::TemporaryFolder other;
+    EXPECT_THROW(VendorServer({.folder = other.path(), .port = server_->port(), .hosts = {}}),
+                 std::runtime_error);
+}
+
+/// Each flaw of a certificate keeps a client from sending anything.
+class FlawedVendor : public Vendor, public testing::WithParamInterface<CertificateFlaw> {
+protected:
+    FlawedVendor() : Vendor(GetParam()) {}
+};
+
+TEST_P(FlawedVendor, IsNotBelieved) {
+    EXPECT_TRUE(get(kFile).error);
+    EXPECT_TRUE(targetsIn("requests.log").empty());
+}
+
+std::string nameOf(const testing::TestParamInfo<CertificateFlaw>& info) {
+    return info.param == CertificateFlaw::wrongHost ? "WrongHost"
+           : info.param == CertificateFlaw::expired ? "Expired"
+                                                    : "SelfSigned";
+}
+
+INSTANTIATE_TEST_SUITE_P(Vendor, FlawedVendor,
+                         testing::Values(CertificateFlaw::wrongHost, CertificateFlaw::expired,
+                                         CertificateFlaw::selfSigned),
+                         nameOf);
+
+} // namespace
+} // namespace orvane::demo

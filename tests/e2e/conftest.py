@@ -1,0 +1,88 @@
+"""Whole runs of the real program, in a real window on a screen of their own, against the demo vendor and the sample
+engine. ORVANE_BUILD names the folder of the build under test, build/release unless it is set."""
+
+import os
+import shutil
+import sys
+from pathlib import Path
+
+import pytest
+
+sys.path.insert(0, str(Path(__file__).parent))
+
+from harness import processes  # noqa: E402
+from harness.display import Desktop  # noqa: E402
+from harness.product import Product  # noqa: E402
+from harness.rehearsal import Rehearsal  # noqa: E402
+
+ROOT = Path(__file__).resolve().parents[2]
+BUILD = Path(os.environ.get("ORVANE_BUILD", ROOT / "build/release")).resolve()
+RESULTS = ROOT / "build/e2e"
+
+
+PROGRAMS = ("OrvaneBootstrap", "OrvaneBootstrapRehearsal", "VendorServer", "SampleEngine")
+
+
+@pytest.fixture(scope="session")
+def desktop():
+    missing = [name for name in PROGRAMS if not (BUILD / name).exists()]
+    if missing:
+        pytest.exit(f"{BUILD} lacks {', '.join(missing)}: build first", returncode=pytest.ExitCode.USAGE_ERROR)
+    processes.adopt_orphans()
+    stage = Desktop()
+    for name in ("DISPLAY", "XDG_RUNTIME_DIR", "DBUS_SESSION_BUS_ADDRESS"):
+        os.environ[name] = stage.variables[name]
+    shutil.rmtree(RESULTS, ignore_errors=True)
+    yield stage
+    stage.close()
+
+
+def _play_on(stage, node):
+    """Lets the test play; one that passed must leave nothing behind, and nothing stays in any case."""
+    node.stage = stage
+    yield stage
+    try:
+        if getattr(node, "passed", False):
+            stage.check_nothing_is_left()
+    finally:
+        stage.close()
+
+
+@pytest.fixture
+def rehearsal(desktop, request, tmp_path):
+    """The program in a folder, against a vendor of its own."""
+    yield from _play_on(Rehearsal(BUILD, desktop, tmp_path), request.node)
+
+
+@pytest.fixture
+def product(desktop, request, tmp_path):
+    """The product at its fixed places, inside a namespace."""
+    if os.geteuid() != 0:
+        pytest.skip("only root can give the product a namespace in which to find its fixed places")
+    yield from _play_on(Product(BUILD, desktop, tmp_path), request.node)
+
+
+@pytest.fixture
+def picture(desktop):
+    """Keeps a picture of the screen for people to look at, under build/e2e/pictures."""
+    return lambda name: desktop.picture(RESULTS / "pictures" / f"{name}.png")
+
+
+@pytest.hookimpl(hookwrapper=True)
+def pytest_runtest_makereport(item, call):
+    report = (yield).get_result()
+    if call.when != "call":
+        return
+    item.passed = report.passed
+    stage = getattr(item, "stage", None)
+    if report.failed and stage:
+        _keep_evidence(stage, RESULTS / "failures" / item.name)
+
+
+def _keep_evidence(stage, folder):
+    """What the screen showed when the test failed, and what was said and served until then."""
+    folder.mkdir(parents=True, exist_ok=True)
+    stage.desktop.picture(folder / "screen.png")
+    (folder / "ends").write_text("\n".join(run.end_so_far() for run in stage.runs))
+    for file in [*stage.folder.glob("std*"), *stage.folder.glob("*/*.log"), *stage.log_root.glob("*/*")]:
+        shutil.copy(file, folder / f"{file.parent.name} {file.name}")

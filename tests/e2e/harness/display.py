@@ -1,0 +1,109 @@
+"""A desktop of the tests' own: a virtual screen, a session bus and the accessibility bus that starts with it."""
+
+import ctypes
+import os
+import shutil
+import subprocess
+import tempfile
+from pathlib import Path
+
+from . import processes
+from .waiting import eventually
+
+SCREEN = "2000x1500x24"
+
+
+class Desktop:
+    """Stands until `close`. Sockets lie at paths, so that they are reached from other network namespaces too."""
+
+    def __init__(self):
+        self.folder = Path(tempfile.mkdtemp(prefix="orvane-e2e-", dir="/tmp"))
+        self.home = self.folder / "home"
+        self.home.mkdir()
+        self._processes = []
+        self.variables = {
+            "PATH": os.environ["PATH"],
+            "HOME": str(self.home),
+            "XDG_RUNTIME_DIR": str(self.folder),
+            "LC_ALL": "C.UTF-8",
+            "DISPLAY": self._start_screen(),
+            "QT_QPA_PLATFORM": "xcb",
+            "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1",
+        }
+        self.variables["DBUS_SESSION_BUS_ADDRESS"] = self._start_bus()
+
+    def close(self):
+        for process in reversed(self._processes):
+            process.terminate()
+            process.wait()
+        # The bus started helpers, which have no reason to stay.
+        processes.end_all(processes.descendants())
+        eventually(lambda: not processes.descendants(), "the end of the desktop")
+        processes.reap_orphans()
+        shutil.rmtree(self.folder)
+
+    def picture(self, file):
+        """Everything on the screen, as a PNG file."""
+        file.parent.mkdir(parents=True, exist_ok=True)
+        subprocess.run(["import", "-silent", "-window", "root", "-trim", "+repage", str(file)],
+                       env=self.variables, check=True, timeout=60)
+
+    def type_keys(self, window_title, *keys):
+        """Gives the keyboard to the window of that title, as a window manager would, and presses keys."""
+        window = self.window_number(window_title)
+        self._xdotool("windowfocus", "--sync", window)
+        self._xdotool("key", *keys)
+
+    def window_number(self, title):
+        return self._xdotool("search", "--onlyvisible", "--name", f"^{title}$").split()[-1]
+
+    def request_close(self, window_title):
+        """Asks the window to close, as a window manager's close button does."""
+        _send_close_request(self.variables["DISPLAY"], int(self.window_number(window_title)))
+
+    def _xdotool(self, *arguments):
+        return subprocess.run(["xdotool", *arguments], env=self.variables, check=True, timeout=60,
+                              stdout=subprocess.PIPE, text=True).stdout
+
+    def _start(self, command, announcing, **options):
+        """Starts a server and returns the line it writes once it is ready, at the descriptor put for `{}`."""
+        read_end, write_end = os.pipe()
+        command = [part.format(write_end) for part in command]
+        with open(self.folder / f"{announcing}.log", "wb") as log:
+            self._processes.append(subprocess.Popen(command, pass_fds=[write_end], stdin=subprocess.DEVNULL,
+                                                    stdout=log, stderr=log, **options))
+        os.close(write_end)
+        with os.fdopen(read_end) as announced:
+            line = announced.readline().strip()
+        if not line:
+            raise RuntimeError(f"{command[0]} does not start, see {self.folder}")
+        return line
+
+    def _start_screen(self):
+        # A server that resets itself when its last client leaves may turn the next client away meanwhile.
+        return ":" + self._start(["Xvfb", "-noreset", "-displayfd", "{}", "-screen", "0", SCREEN,
+                                  "-nolisten", "tcp"], "screen")
+
+    def _start_bus(self):
+        return self._start(["dbus-daemon", "--session", "--nofork", "--nopidfile", "--print-address={}",
+                            f"--address=unix:path={self.folder}/bus"], "bus", env=self.variables)
+
+
+class _ClientMessage(ctypes.Structure):
+    _fields_ = [("type", ctypes.c_int), ("serial", ctypes.c_ulong), ("send_event", ctypes.c_int),
+                ("display", ctypes.c_void_p), ("window", ctypes.c_ulong), ("message_type", ctypes.c_ulong),
+                ("format", ctypes.c_int), ("data", ctypes.c_long * 5), ("padding", ctypes.c_long * 12)]
+
+
+def _send_close_request(display_name, window):
+    """WM_DELETE_WINDOW, see the Inter-Client Communication Conventions Manual."""
+    x11 = ctypes.CDLL("libX11.so.6")
+    x11.XOpenDisplay.restype = ctypes.c_void_p
+    x11.XInternAtom.restype = ctypes.c_ulong
+    display = ctypes.c_void_p(x11.XOpenDisplay(display_name.encode()))
+    client_message = 33
+    event = _ClientMessage(type=client_message, window=window, format=32,
+                           message_type=x11.XInternAtom(display, b"WM_PROTOCOLS", 0))
+    event.data[0] = x11.XInternAtom(display, b"WM_DELETE_WINDOW", 0)
+    x11.XSendEvent(display, ctypes.c_ulong(window), 0, ctypes.c_long(0), ctypes.byref(event))
+    x11.XCloseDisplay(display)

@@ -1,0 +1,130 @@
+"""A folder in which the program rehearses: engine and logs lie there, a vendor of its own serves it."""
+
+import json
+
+from . import processes
+from .program import Run
+from .vendor import Vendor
+from .waiting import eventually
+
+FRENCH = "fr_CH"
+GERMAN = "de_CH"
+
+
+class Rehearsal:
+    program_name = "OrvaneBootstrapRehearsal"
+
+    def __init__(self, build, desktop, folder):
+        self.build = build
+        self.desktop = desktop
+        self.folder = folder
+        self.mark = folder.name
+        self.engine_path = folder / "opt/Varlen/orvane/varlen-setup"
+        self.log_root = folder / "Library/Kestrix"
+        self.sample_engine = (build / "SampleEngine").read_bytes()
+        self.vendors = []
+        self.runs = []
+        self.helpers = []
+        self.limits = {}
+        self._scenario = folder / "scenario"
+
+    # The vendor.
+
+    def vendor(self, *options, name="vendor"):
+        vendor = Vendor([self.build / "VendorServer"], self.folder / name, self.variables(), options)
+        self.vendors.append(vendor)
+        return vendor
+
+    def vendor_with_engine(self, **publication):
+        """A vendor that describes the very engine that lies on the machine."""
+        vendor = self.vendor()
+        vendor.publish(self.sample_engine, **publication)
+        self.install_engine()
+        return vendor
+
+    # The machine.
+
+    def install_engine(self, content=None, mode=0o755):
+        self.engine_path.parent.mkdir(parents=True, exist_ok=True)
+        self.engine_path.write_bytes(self.sample_engine if content is None else content)
+        self.engine_path.chmod(mode)
+
+    def variables(self, languages=FRENCH, **more):
+        return self.desktop.variables | {
+            processes.MARK: self.mark,
+            "ORVANE_REHEARSAL": str(self.folder),
+            "ORVANE_SAMPLE_SCENARIO": str(self._scenario),
+            "LANGUAGE": languages,
+        } | more
+
+    # The engine.
+
+    def scenario(self, *lines):
+        """What the sample engine plays."""
+        self._scenario.write_text("\n".join(lines) + "\n")
+
+    def gate(self, name):
+        """A line of a scenario at which the engine waits until `open_gate`."""
+        return f"wait-for {self.folder / name}"
+
+    def open_gate(self, name):
+        (self.folder / name).touch()
+
+    def mark_of(self, name):
+        """A file that a scenario makes with "mark" or "mark-on-interrupt"."""
+        return self.folder / name
+
+    def await_mark(self, name):
+        eventually(self.mark_of(name).exists, f"the engine's mark {name}")
+
+    def record(self, name):
+        """What an engine wrote with "record": how it was started."""
+        self.await_mark(name)
+        return json.loads(self.mark_of(name).read_text())
+
+    # The program.
+
+    def prepare(self):
+        """Leads the program to the first vendor, or to nobody."""
+        vendor = self.vendors[0] if self.vendors else None
+        rehearsal = {"apiOrigin": vendor.origin if vendor else "https://localhost:1",
+                     "certificateAuthority": str(vendor.folder / "ca.pem") if vendor else "/none"} | self.limits
+        (self.folder / "rehearsal.json").write_text(json.dumps(rehearsal))
+
+    def start(self, *options, languages=FRENCH, variables=None):
+        self.prepare()
+        return self.run_program([self.build / self.program_name, *options],
+                                self.variables(languages, **(variables or {})))
+
+    def run_program(self, command, variables):
+        run = Run(command, variables, self.log_root, self.folder)
+        self.runs.append(run)
+        return run
+
+    def acknowledge(self, run, text, reported=True):
+        """Reads the fatal alert, waits until the first vendor has the report, if there is one, and presses OK."""
+        alert = run.window.await_alert(text)
+        assert alert.buttons == ("OK",)
+        assert run.window.look().main is None, "the window stays behind a fatal alert"
+        if self.vendors and reported:
+            eventually(self.vendors[0].report_bodies, "the crash report")
+        run.window.press("OK")
+        assert run.status() == 1
+
+    # The end of a test.
+
+    def check_nothing_is_left(self):
+        for vendor in self.vendors:
+            assert not vendor.unexpected(), "the vendor got requests that no client of a vendor should send"
+        assert not [run for run in self.runs if run.is_running()], "the test left a program running"
+        expected = {vendor.process for vendor in self.vendors} | set(self.helpers)
+        eventually(lambda: not set(processes.marked(self.mark)) - expected, "the end of every engine")
+
+    def close(self):
+        for run in self.runs:
+            run.kill()
+        for vendor in self.vendors:
+            vendor.stop()
+        leftovers = set(processes.marked(self.mark)) - set(self.helpers)
+        processes.end_all(leftovers)
+        eventually(lambda: not leftovers & set(processes.marked(self.mark)), "the end of the test's processes")

@@ -1,0 +1,121 @@
+#include "tools/PublishOptions.h"
+#include "tools/PublishError.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+
+namespace orvane::tools {
+namespace {
+
+using Options = std::map<std::string, std::string>;
+
+Options usual() {
+    return {{"--version", "14.2.7"},
+            {"--url", "https://downloads.example/setup/Varlen-setup"},
+            {"--digest", "sha256"},
+            {"--cipher", "xor"},
+            {"--output", "out"}};
+}
+
+std::vector<std::string> argumentsOf(const Options& options) {
+    std::vector<std::string> arguments{"engine"};
+    for (const auto& [name, value] : options) {
+        arguments.insert(arguments.end(), {name, value});
+    }
+    return arguments;
+}
+
+std::string failureOf(const std::vector<std::string>& arguments) {
+    try {
+        parsePublishOptions(arguments);
+    } catch (const PublishError& error) {
+        EXPECT_EQ(error.status(), PublishStatus::usage);
+        return error.what();
+    }
+    return "no failure";
+}
+
+std::string failureWith(const std::string& name, const std::string& value) {
+    Options options = usual();
+    options[name] = value;
+    return failureOf(argumentsOf(options));
+}
+
+TEST(PublishOptions, AreRead) {
+    const PublishOptions options = parsePublishOptions(argumentsOf(usual()));
+    EXPECT_EQ(options.input, "engine");
+    EXPECT_EQ(options.version, "14.2.7");
+    EXPECT_EQ(options.url, "https://downloads.example/setup/Varlen-setup");
+    EXPECT_EQ(options.name, "Varlen-setup");
+    EXPECT_EQ(options.digest, "sha256");
+    EXPECT_EQ(options.cipher, Cipher::exclusiveOr);
+    EXPECT_EQ(options.output, "out");
+    EXPECT_TRUE(options.plainEngine.empty());
+}
+
+TEST(PublishOptions, ThatAreMissingAreNamed) {
+    for (const auto& [name, value] : usual()) {
+        Options options = usual();
+        options.erase(name);
+        EXPECT_EQ(failureOf(argumentsOf(options)), name + " is missing");
+    }
+    auto arguments = argumentsOf(usual());
+    arguments.erase(arguments.begin());
+    EXPECT_EQ(failureOf(arguments), "the file is missing");
+}
+
+TEST(PublishOptions, ThatAreUnknownDoubleOrWithoutValueAreRefused) {
+    auto arguments = argumentsOf(usual());
+    arguments.insert(arguments.end(), {"--size", "1"});
+    EXPECT_EQ(failureOf(arguments), "unknown option --size");
+    arguments = argumentsOf(usual());
+    arguments.insert(arguments.end(), {"--digest", "md5"});
+    EXPECT_EQ(failureOf(arguments), "--digest is given twice");
+    arguments = argumentsOf(usual());
+    arguments.emplace_back("other");
+    EXPECT_EQ(failureOf(arguments), "more than one file is given");
+    EXPECT_EQ(failureOf({"engine", "--version"}), "--version needs a value");
+    EXPECT_EQ(failureWith("--output", ""), "--output needs a value");
+}
+
+TEST(PublishOptions, KnowTwoDigestsAndThreeCiphers) {
+    EXPECT_EQ(failureWith("--digest", "md5"), "no failure");
+    EXPECT_EQ(failureWith("--digest", "SHA256"), "--digest must be md5 or sha256, not \"SHA256\"");
+    EXPECT_EQ(failureWith("--cipher", "none"), "no failure");
+    EXPECT_EQ(failureWith("--cipher", "XOR"), "--cipher must be none, xor or pkg, not \"XOR\"");
+}
+
+TEST(PublishOptions, TakeTheEngineOfAPackageAndOfNothingElse) {
+    Options options = usual();
+    options["--cipher"] = "pkg";
+    EXPECT_EQ(failureOf(argumentsOf(options)), "--plain-engine is missing");
+    options["--plain-engine"] = "plain";
+    EXPECT_EQ(parsePublishOptions(argumentsOf(options)).plainEngine, "plain");
+    for (const char* cipher : {"none", "xor"}) {
+        options["--cipher"] = cipher;
+        EXPECT_EQ(failureOf(argumentsOf(options)),
+                  "--plain-engine goes with --cipher pkg alone: otherwise the file itself is the engine");
+    }
+}
+
+TEST(PublishOptions, TakeVersionsOfNumbersAndPoints) {
+    for (const char* version : {"14", "14.2", "14.02.7.0"}) {
+        EXPECT_EQ(failureWith("--version", version), "no failure") << version;
+    }
+    for (const char* version : {".", "14.", ".2", "14..2", "14.2b", "v14", "14 2", "-1"}) {
+        EXPECT_NE(failureWith("--version", version), "no failure") << version;
+    }
+}
+
+TEST(PublishOptions, TakeAddressesThatNameAFile) {
+    for (const char* url :
+         {"http://h.example/a", "engine", "https://h.example/a b", "https://h.example/a?b",
+          "https://h.example/a#b", "https://h.example/a/", "https://h.example", "https:///a",
+          "https://h.example/..", "https://h.example/%41", "https://h.example/downloadinstaller.json"}) {
+        EXPECT_NE(failureWith("--url", url), "no failure") << url;
+    }
+}
+
+} // namespace
+} // namespace orvane::tools
