@@ -102,8 +102,7 @@ public:
     /// Acts on one engine message; on the receiving loop, which waits for the return.
     void onCopyData(std::int32_t msgType, const std::string& text);
 
-    /// Writes a log line, if the run has a log already. Any thread.
-    void writeProgramLog(const std::string& text) const;
+    void writeProgramLog(const std::string& text) const; ///< if the run has a log already; any thread
 
     // The run state. What several threads touch is atomic or a shared field; each field names its writer.
     std::weak_ptr<platform::Button> cancelButton;
