@@ -29,8 +29,8 @@ public:
 ///
 /// The platform makes the window and its four controls first, connects the outlets, then calls, on the main
 /// thread and in this order: `awakeFromNib`, `viewDidLoad`, `viewWillAppear`, (window shown,)
-/// `viewDidAppear`. These four calls are one item of the main queue, so whatever they submit to it runs after
-/// the last of them.
+/// `viewDidAppear`, each once. The calls before the window is shown are one item of the main queue, so
+/// whatever they submit to it finds all of them done.
 class ViewControllerBase {
 public:
     virtual ~ViewControllerBase() = default;
