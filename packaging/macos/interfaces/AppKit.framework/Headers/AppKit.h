@@ -1,0 +1,24 @@
+#pragma once
+
+#include <AppKit/AppKitDefines.h>
+#include <AppKit/NSAccessibility.h>
+#include <AppKit/NSAlert.h>
+#include <AppKit/NSApplication.h>
+#include <AppKit/NSButton.h>
+#include <AppKit/NSColor.h>
+#include <AppKit/NSControl.h>
+#include <AppKit/NSEvent.h>
+#include <AppKit/NSFont.h>
+#include <AppKit/NSLayoutAnchor.h>
+#include <AppKit/NSLayoutConstraint.h>
+#include <AppKit/NSLevelIndicator.h>
+#include <AppKit/NSMenu.h>
+#include <AppKit/NSMenuItem.h>
+#include <AppKit/NSResponder.h>
+#include <AppKit/NSRunningApplication.h>
+#include <AppKit/NSText.h>
+#include <AppKit/NSTextField.h>
+#include <AppKit/NSView.h>
+#include <AppKit/NSViewController.h>
+#include <AppKit/NSWindow.h>
+#include <Foundation/Foundation.h>

@@ -1,0 +1,5 @@
+#pragma once
+
+#include <objc/objc.h>
+
+#define APPKIT_EXTERN OBJC_EXTERN

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <Foundation/Foundation.h>
+
+NS_ASSUME_NONNULL_BEGIN
+
+/// What VoiceOver asks a control and what a program may set instead; NSView answers all of it.
+API_AVAILABLE(macos(10.10))
+@protocol NSAccessibility <NSObject>
+@required
+
+@property(nullable, copy) NSString* accessibilityLabel API_AVAILABLE(macos(10.10));
+
+@end
+
+NS_ASSUME_NONNULL_END

@@ -1,0 +1,7 @@
+#pragma once
+
+#include <Availability.h>
+#include <objc/objc.h>
+
+/// The class of every string literal; the compiler itself refers to it.
+OBJC_EXTERN int __CFConstantStringClassReference[] __API_AVAILABLE(macos(10.0));

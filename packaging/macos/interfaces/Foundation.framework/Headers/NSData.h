@@ -1,0 +1,19 @@
+#pragma once
+
+#include <Foundation/NSObject.h>
+
+NS_ASSUME_NONNULL_BEGIN
+
+API_AVAILABLE(macos(10.0))
+@interface NSData : NSObject <NSCopying, NSMutableCopying, NSSecureCoding>
+
+@property(readonly) NSUInteger length;
+@property(readonly) const void* bytes NS_RETURNS_INNER_POINTER;
+
++ (instancetype)data;
++ (instancetype)dataWithBytes:(nullable const void*)bytes length:(NSUInteger)length;
++ (instancetype)dataWithBytesNoCopy:(void*)bytes length:(NSUInteger)length freeWhenDone:(BOOL)b;
+
+@end
+
+NS_ASSUME_NONNULL_END

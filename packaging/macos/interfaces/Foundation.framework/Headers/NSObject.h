@@ -1,0 +1,30 @@
+#pragma once
+
+#include <Foundation/NSObjCRuntime.h>
+#include <objc/NSObject.h>
+
+NS_ASSUME_NONNULL_BEGIN
+
+@class NSCoder;
+
+typedef struct _NSZone NSZone;
+
+@protocol NSCopying
+- (id)copyWithZone:(nullable NSZone*)zone;
+@end
+
+@protocol NSMutableCopying
+- (id)mutableCopyWithZone:(nullable NSZone*)zone;
+@end
+
+@protocol NSCoding
+- (void)encodeWithCoder:(NSCoder*)coder;
+- (nullable instancetype)initWithCoder:(NSCoder*)coder;
+@end
+
+@protocol NSSecureCoding <NSCoding>
+@required
+@property(class, readonly) BOOL supportsSecureCoding;
+@end
+
+NS_ASSUME_NONNULL_END

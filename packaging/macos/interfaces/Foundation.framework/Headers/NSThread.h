@@ -1,0 +1,14 @@
+#pragma once
+
+#include <Foundation/NSObject.h>
+
+NS_ASSUME_NONNULL_BEGIN
+
+API_AVAILABLE(macos(10.0))
+@interface NSThread : NSObject
+
+@property(class, readonly) BOOL isMainThread API_AVAILABLE(macos(10.5));
+
+@end
+
+NS_ASSUME_NONNULL_END

@@ -1,0 +1,4 @@
+#include <chrono>
+#include <string>
+
+int main() {}
