@@ -1,5 +1,6 @@
 #include "platform/WrappingText_linux.h"
 
+#include <QAccessibleWidget>
 #include <QPainter>
 #include <QScrollBar>
 #include <QTextBoundaryFinder>
@@ -75,6 +76,13 @@ QSizeF breakLines(QTextLayout& layout, qreal width) {
     return taken;
 }
 
+/// Qt's own view of a scroll area trusts the index of the child that it is asked for, and so a screen reader that
+/// is a moment behind would end the program. That of any widget looks first.
+QAccessibleInterface* scrollAreaInterface(const QString& className, QObject* object) {
+    return className == QStringLiteral("QScrollArea") ? new QAccessibleWidget(qobject_cast<QWidget*>(object))
+                                                      : nullptr;
+}
+
 int roundedUp(qreal length) { return static_cast<int>(std::ceil(length)); }
 
 } // namespace
@@ -131,6 +139,7 @@ QSizeF WrappingLabel::sizeTaken(int width) const {
 
 ScrollingText::ScrollingText(int textWidth, QWidget* parent)
     : QScrollArea(parent), label_(new WrappingLabel(this)), textWidth_(textWidth) {
+    QAccessible::installFactory(scrollAreaInterface);
     setFrameShape(QFrame::NoFrame);
     setFocusPolicy(Qt::NoFocus);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Maximum);
