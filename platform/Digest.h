@@ -8,7 +8,8 @@ namespace orvane::platform {
 
 enum class DigestAlgorithm { md5, sha256 };
 
-/// One digest computation over data that arrives in pieces. One thread at a time.
+/// One digest computation over data that arrives in pieces. One thread at a time. Its operations throw
+/// `Error` where the platform refuses the algorithm.
 class Digest {
 public:
     explicit Digest(DigestAlgorithm algorithm);

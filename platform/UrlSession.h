@@ -39,7 +39,7 @@ public:
     virtual std::optional<std::string> originalRequestUrl() const = 0;
 
     virtual void resume() = 0;  ///< starts the transfer, or goes on with a suspended one
-    virtual void suspend() = 0; ///< stops receiving until the next `resume`
+    virtual void suspend() = 0; ///< holds back the body until the next `resume`
     virtual void cancel() = 0;  ///< ends the transfer; it completes with an error
 };
 

@@ -54,6 +54,14 @@ QString withBreakableCharacters(const QString& text) {
     return shown;
 }
 
+/// French puts a blank before these marks, and no line may begin with one of them.
+QString withMarksKeptInLine(QString text) {
+    for (const QChar mark : {QChar('?'), QChar('!'), QChar(':'), QChar(';')}) {
+        text.replace(QStringLiteral(" ") + mark, QString(QChar::Nbsp) + mark);
+    }
+    return text;
+}
+
 QTextOption wrappingOption(const QString& text) {
     const bool rightToLeft = text.isRightToLeft();
     QTextOption option(rightToLeft ? Qt::AlignRight : Qt::AlignLeft);
@@ -76,8 +84,8 @@ QSizeF breakLines(QTextLayout& layout, qreal width) {
     return taken;
 }
 
-/// Qt's own view of a scroll area trusts the index of the child that it is asked for, and so a screen reader that
-/// is a moment behind would end the program. That of any widget looks first.
+/// Qt's own view of a scroll area trusts the index of the child that it is asked for, and so a screen reader
+/// that is a moment behind would end the program. That of any widget looks first.
 QAccessibleInterface* scrollAreaInterface(const QString& className, QObject* object) {
     return className == QStringLiteral("QScrollArea") ? new QAccessibleWidget(qobject_cast<QWidget*>(object))
                                                       : nullptr;
@@ -102,7 +110,7 @@ WrappingLabel::WrappingLabel(QWidget* parent) : QLabel(parent) {
 }
 
 void WrappingLabel::setPlainText(const QString& text) {
-    shownText_ = withBreakableCharacters(withLineSeparators(text));
+    shownText_ = withBreakableCharacters(withMarksKeptInLine(withLineSeparators(text)));
     setText(text);
     update();
 }
