@@ -75,3 +75,11 @@ set(ORVANE_DESKTOP_MAC_SOURCES
     platform/Controls_mac.mm
     platform/MainMenu_mac.mm
     platform/Queue_mac.mm)
+
+# What an engine takes into its own build to speak to the program; no part of the program.
+set(ORVANE_ENGINE_SENDER_SOURCES
+    engine/EngineMessageSender.cpp)
+set(ORVANE_ENGINE_SENDER_LINUX_SOURCES
+    engine/EngineMessageSender_linux.cpp)
+set(ORVANE_ENGINE_SENDER_MAC_SOURCES
+    engine/EngineMessageSender_mac.cpp)

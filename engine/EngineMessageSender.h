@@ -8,7 +8,8 @@
 #include <string_view>
 
 /// The engine's side of the channel on which it reports to the program that started it. An engine takes this
-/// header and its platform's source file into its own build; they need nothing else of the project.
+/// header, EngineMessageSender.cpp and its platform's source file into its own build; they need nothing else
+/// of the project.
 namespace orvane {
 
 /// What a message says. A number travels as decimal digits, with nothing around them.
@@ -51,7 +52,7 @@ public:
     void send(EngineMessageType type, std::string_view text);
 
 private:
-    struct Connection;
+    class Connection;
     std::unique_ptr<Connection> connection_;
 };
 
