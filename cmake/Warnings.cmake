@@ -7,7 +7,6 @@ target_compile_options(orvane_warnings INTERFACE
 target_compile_definitions(orvane_warnings INTERFACE $<$<CONFIG:Release>:_FORTIFY_SOURCE=2>)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 target_compile_options(orvane_warnings INTERFACE -ffunction-sections -fdata-sections)
-target_link_options(orvane_warnings INTERFACE -Wl,--gc-sections -Wl,-z,relro -Wl,-z,now)
 
 set(ORVANE_SANITIZE "" CACHE STRING "Sanitizers of this build, as -fsanitize takes them; empty for none")
 if(ORVANE_SANITIZE)

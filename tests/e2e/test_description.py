@@ -114,7 +114,6 @@ def test_a_vendor_with_a_wrong_certificate_gets_no_request(rehearsal, flaw):
 def test_another_major_version_ends_an_installation_even_with_an_engine_on_the_machine(rehearsal, cipher):
     vendor = rehearsal.vendor_with_engine(version="15.0", cipher=cipher)
     run = rehearsal.start()
-    assert '<a href="https://www.kestrix.invalid".>varlen.kestrix.invalid</a>' in French.too_old
     rehearsal.acknowledge(run, French.too_old)
     assert vendor.requests() == [DESCRIPTION, REPORT]
     assert run.log()[-1] == "bootstrapper major version is 14 and orvane major version is 15"

@@ -1,0 +1,31 @@
+# What the program is made of on Linux, and what Debian's packages it takes for it.
+
+find_package(CURL REQUIRED)
+find_package(OpenSSL REQUIRED)
+find_package(Qt6 REQUIRED COMPONENTS Widgets)
+
+target_link_options(orvane_warnings INTERFACE -Wl,--gc-sections -Wl,-z,relro -Wl,-z,now)
+
+# The system half: network, processes, digests, the endpoint.
+add_library(orvane_system STATIC ${ORVANE_SYSTEM_LINUX_SOURCES})
+target_link_libraries(orvane_system PUBLIC orvane_core PRIVATE CURL::libcurl OpenSSL::SSL)
+
+# Whose certificates are believed: the product takes the system's, a rehearsal brings its own.
+add_library(orvane_system_authorities STATIC platform/TrustedAuthorities_linux.cpp)
+target_link_libraries(orvane_system_authorities PUBLIC orvane_core)
+
+# The desktop half: window, alert, main queue, the end of the process.
+add_library(orvane_desktop STATIC ${ORVANE_DESKTOP_LINUX_SOURCES})
+target_link_libraries(orvane_desktop PUBLIC orvane_core PRIVATE Qt6::Widgets)
+
+add_executable(OrvaneBootstrap app/main.cpp)
+target_link_libraries(OrvaneBootstrap PRIVATE
+    orvane_core orvane_system orvane_system_authorities orvane_desktop)
+
+add_subdirectory(demo)
+add_subdirectory(tools)
+
+include(CTest)
+if(BUILD_TESTING)
+    add_subdirectory(tests)
+endif()

@@ -1,0 +1,22 @@
+# What the program is made of on a Mac, with Xcode's compiler and the system's own frameworks.
+
+enable_language(OBJCXX)
+set(CMAKE_OBJCXX_STANDARD 20)
+set(CMAKE_OBJCXX_STANDARD_REQUIRED ON)
+set(CMAKE_OBJCXX_EXTENSIONS OFF)
+
+target_link_options(orvane_warnings INTERFACE -Wl,-dead_strip)
+
+add_library(orvane_system STATIC ${ORVANE_SYSTEM_MAC_SOURCES})
+target_compile_options(orvane_system PRIVATE $<$<COMPILE_LANGUAGE:OBJCXX>:-fobjc-arc>)
+target_link_libraries(orvane_system PUBLIC orvane_core "-framework Foundation")
+
+add_library(orvane_desktop STATIC ${ORVANE_DESKTOP_MAC_SOURCES})
+target_compile_options(orvane_desktop PRIVATE $<$<COMPILE_LANGUAGE:OBJCXX>:-fobjc-arc>)
+target_link_libraries(orvane_desktop PUBLIC orvane_core "-framework AppKit")
+
+configure_file(packaging/macos/Info.plist.in generated/Info.plist @ONLY)
+add_executable(OrvaneBootstrap MACOSX_BUNDLE app/main.cpp)
+set_target_properties(OrvaneBootstrap PROPERTIES
+    MACOSX_BUNDLE_INFO_PLIST "${CMAKE_BINARY_DIR}/generated/Info.plist")
+target_link_libraries(OrvaneBootstrap PRIVATE orvane_core orvane_system orvane_desktop)
