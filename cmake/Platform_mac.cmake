@@ -9,7 +9,7 @@ target_link_options(orvane_warnings INTERFACE -Wl,-dead_strip)
 
 add_library(orvane_system STATIC ${ORVANE_SYSTEM_MAC_SOURCES})
 target_compile_options(orvane_system PRIVATE $<$<COMPILE_LANGUAGE:OBJCXX>:-fobjc-arc>)
-target_link_libraries(orvane_system PUBLIC orvane_core "-framework Foundation")
+target_link_libraries(orvane_system PUBLIC orvane_core "-framework Foundation" "-framework CoreFoundation" objc)
 
 add_library(orvane_desktop STATIC ${ORVANE_DESKTOP_MAC_SOURCES})
 target_compile_options(orvane_desktop PRIVATE $<$<COMPILE_LANGUAGE:OBJCXX>:-fobjc-arc>)
