@@ -211,10 +211,9 @@ TEST_F(StartUpTest, StylingAWindowWhoseTextsAreGoneIsAProgrammingError) {
 class RunApplicationTest : public ControllerTest {
 protected:
     int run(std::vector<std::string> arguments) {
-        std::vector<char*> vector;
-        for (std::string& argument : arguments) {
-            vector.push_back(argument.data());
-        }
+        std::vector<char*> vector(arguments.size());
+        std::transform(arguments.begin(), arguments.end(), vector.begin(),
+                       [](std::string& argument) { return argument.data(); });
         return runApplication(static_cast<int>(vector.size()), vector.data(), deployment.values);
     }
 };

@@ -1,6 +1,6 @@
 #include "tests/support/EnvironmentVariable.h"
 
-#include <stdlib.h>
+#include <cstdlib>
 #include <utility>
 
 namespace orvane::test {

@@ -75,7 +75,7 @@ public:
 
 } // namespace
 
-platform::MainWindowControls makeRecordingControls(std::shared_ptr<Journal> journal) {
+platform::MainWindowControls makeRecordingControls(const std::shared_ptr<Journal>& journal) {
     return {
         .cancelButton = std::make_shared<RecordingButton>("cancelButton", journal),
         .textError = std::make_shared<RecordingTextField>("textError", journal),

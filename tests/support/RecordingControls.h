@@ -14,6 +14,6 @@ namespace orvane::test {
 ///     window movable                  window ordered out          layer background 0 0.5 1 1
 ///
 /// A call from another thread than the one that made them fails the test, save for enabling the button.
-platform::MainWindowControls makeRecordingControls(std::shared_ptr<Journal> journal);
+platform::MainWindowControls makeRecordingControls(const std::shared_ptr<Journal>& journal);
 
 } // namespace orvane::test

@@ -3,9 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
+#include <cstdlib>
 #include <fstream>
 #include <iterator>
-#include <stdlib.h>
 #include <system_error>
 
 namespace orvane::test {

@@ -56,7 +56,7 @@ FileDownloadInfo TestVendor::publishEngine(const std::string& program,
     } else {
         writeFile(encryptedFile, program);
     }
-    const FileDownloadInfo info{
+    FileDownloadInfo info{
         .URL = origin() + "/varlen/setup/" + kEngineName,
         .Checksum = checksum,
         .ChecksumAlgorithm = "sha256",
