@@ -33,7 +33,7 @@ DownloadService& DownloadService::shared() {
 }
 
 std::shared_ptr<DownloadService> DownloadService::create() {
-    const std::shared_ptr<DownloadService> service(new DownloadService());
+    std::shared_ptr<DownloadService> service(new DownloadService());
     service->session_ = platform::UrlSession::create(
         {.requestCachePolicy = platform::CachePolicy::reloadIgnoringLocalCacheData, .urlCache = false},
         service);

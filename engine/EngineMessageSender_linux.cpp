@@ -16,8 +16,8 @@ namespace {
 constexpr std::size_t kTypeSize = 4;
 using Datagram = std::array<char, kTypeSize + kEngineMessageTextLimit + 1>;
 
-EngineMessageError failure(const std::string& what, const std::string& serviceName, int errorNumber) {
-    return EngineMessageError(what + " " + serviceName + ": " + std::generic_category().message(errorNumber));
+[[noreturn]] void fail(const std::string& what, const std::string& serviceName, int errorNumber) {
+    throw EngineMessageError(what + " " + serviceName + ": " + std::generic_category().message(errorNumber));
 }
 
 Datagram encode(std::int32_t type, std::string_view text) {
@@ -57,7 +57,7 @@ int connectedSocket(const std::string& name) {
 EngineMessageSender::Connection::Connection(std::string_view serviceName)
     : serviceName_(serviceName), endpoint_(connectedSocket(serviceName_)) {
     if (endpoint_ < 0) {
-        throw failure("cannot connect to", serviceName_, static_cast<int>(-endpoint_));
+        fail("cannot connect to", serviceName_, static_cast<int>(-endpoint_));
     }
 }
 
@@ -70,7 +70,7 @@ void EngineMessageSender::Connection::deliver(std::int32_t type, std::string_vie
         sent = ::send(static_cast<int>(endpoint_), datagram.data(), datagram.size(), MSG_NOSIGNAL);
     } while (sent < 0 && errno == EINTR);
     if (sent < 0) {
-        throw failure("cannot send to", serviceName_, errno);
+        fail("cannot send to", serviceName_, errno);
     }
 }
 

@@ -19,8 +19,8 @@ struct SentMessage {
 
 static_assert(sizeof(SentMessage) == 4124);
 
-EngineMessageError failure(const std::string& what, const std::string& serviceName, kern_return_t result) {
-    return EngineMessageError(what + " " + serviceName + ": " + mach_error_string(result));
+[[noreturn]] void fail(const std::string& what, const std::string& serviceName, kern_return_t result) {
+    throw EngineMessageError(what + " " + serviceName + ": " + mach_error_string(result));
 }
 
 } // namespace
@@ -30,7 +30,7 @@ EngineMessageSender::Connection::Connection(std::string_view serviceName) : serv
     std::ranges::copy(serviceName_.substr(0, sizeof(name) - 1), std::begin(name));
     mach_port_t port = MACH_PORT_NULL;
     if (const kern_return_t result = bootstrap_look_up(bootstrap_port, name, &port); result != KERN_SUCCESS) {
-        throw failure("cannot connect to", serviceName_, result);
+        fail("cannot connect to", serviceName_, result);
     }
     endpoint_ = port;
 }
@@ -49,7 +49,7 @@ void EngineMessageSender::Connection::deliver(std::int32_t type, std::string_vie
     const mach_msg_return_t result = mach_msg(&message.header, MACH_SEND_MSG, sizeof(message), 0,
                                               MACH_PORT_NULL, MACH_MSG_TIMEOUT_NONE, MACH_PORT_NULL);
     if (result != MACH_MSG_SUCCESS) {
-        throw failure("cannot send to", serviceName_, result);
+        fail("cannot send to", serviceName_, result);
     }
 }
 
