@@ -83,3 +83,65 @@ set(ORVANE_ENGINE_SENDER_LINUX_SOURCES
     engine/EngineMessageSender_linux.cpp)
 set(ORVANE_ENGINE_SENDER_MAC_SOURCES
     engine/EngineMessageSender_mac.cpp)
+
+# The conformance suite of the system half: the same tests on each platform, and what only one of them promises.
+set(ORVANE_CONFORMANCE_SOURCES
+    tests/platform/BoundedRequestTest.cpp
+    tests/platform/DigestTest.cpp
+    tests/platform/ErrorTest.cpp
+    tests/platform/FileHandleTest.cpp
+    tests/platform/FilesTest.cpp
+    tests/platform/MessagePortFixture.cpp
+    tests/platform/MessagePortTest.cpp
+    tests/platform/ProcessFixture.cpp
+    tests/platform/ProcessInfoTest.cpp
+    tests/platform/ProcessTest.cpp
+    tests/platform/RecordingDelegate.cpp
+    tests/platform/SharedFieldTest.cpp
+    tests/platform/UrlSessionControlTest.cpp
+    tests/platform/UrlSessionFaultsTest.cpp
+    tests/platform/UrlSessionFixture.cpp
+    tests/platform/UrlSessionLifeTest.cpp
+    tests/platform/UrlSessionTest.cpp
+    tests/platform/UrlTest.cpp
+    tests/platform/Utf8Test.cpp)
+set(ORVANE_CONFORMANCE_LINUX_SOURCES
+    tests/platform/BundleTest_linux.cpp
+    tests/platform/FileHandleTest_linux.cpp
+    tests/platform/HostileEnvironment_linux.cpp
+    tests/platform/LocaleTest_linux.cpp
+    tests/platform/MessagePortTest_linux.cpp
+    tests/platform/PlatformErrors_linux.cpp
+    tests/platform/ProcessInfoTest_linux.cpp
+    tests/platform/ProcessTest_linux.cpp
+    tests/platform/UrlSessionTest_linux.cpp
+    tests/platform/UrlSessionTrustTest_linux.cpp)
+set(ORVANE_CONFORMANCE_MAC_SOURCES
+    tests/platform/BundleTest_mac.cpp
+    tests/platform/LocaleTest_mac.cpp
+    tests/platform/MessagePortTest_mac.cpp
+    tests/platform/PlatformErrors_mac.mm
+    tests/platform/ProcessInfoTest_mac.cpp
+    tests/platform/QueueTest_mac.cpp
+    tests/platform/SelfTestMain_mac.cpp)
+
+# What the suite stands on: a server on loopback and a sender of messages, each with its twin. On Linux the other tests
+# take them too, with the desktop and the authority that they have there.
+set(ORVANE_TEST_SERVER_SOURCES
+    tests/support/LoopbackServer.cpp
+    tests/support/PlainListener.cpp)
+set(ORVANE_TEST_SERVER_LINUX_SOURCES
+    tests/support/LoopbackTransport_linux.cpp
+    tests/support/TestAuthority.cpp
+    tests/support/TlsTransport.cpp
+    tests/support/TrustedTestAuthorities.cpp)
+set(ORVANE_TEST_SERVER_MAC_SOURCES
+    tests/support/LoopbackTransport_mac.cpp)
+set(ORVANE_TEST_SUPPORT_SOURCES
+    tests/support/EnvironmentVariable.cpp
+    tests/support/Sender.cpp
+    tests/support/TemporaryFolder.cpp)
+set(ORVANE_TEST_SUPPORT_LINUX_SOURCES
+    tests/support/Sender_linux.cpp)
+set(ORVANE_TEST_SUPPORT_MAC_SOURCES
+    tests/support/Sender_mac.cpp)

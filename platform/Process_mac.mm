@@ -35,7 +35,7 @@ void Process::pipeStandardOutput() {
 void Process::launch() {
     @autoreleasepool {
         if (launchPath_.empty()) {
-            throw posixError(ENOENT, "no launch path");
+            throw posixError(ENOENT, "No launch path");
         }
         NSTask* const task = child_->task;
         task.executableURL = [NSURL fileURLWithPath:toNSString(launchPath_)];

@@ -14,7 +14,7 @@ DIRECTIVE = re.compile(r"^\s*#", re.MULTILINE)
 OBJECTIVE_C_EXCEPTION = re.compile(r"@(throw|try|catch|finally)\b")
 
 # The standard commands of a menu bar, and what an error is about.
-KNOWN_TEXTS = {"Hide Others", "Show All", "Select All", "no launch path"}
+KNOWN_TEXTS = {"Hide Others", "Show All", "Select All", "No launch path"}
 
 
 def findings_of(path):

@@ -14,6 +14,8 @@ GENERATED = BUILD / "generated"
 HEADER_ONLY = BUILD / "include"
 BUNDLE = BUILD / "OrvaneBootstrap.app"
 EXECUTABLE = BUNDLE / "Contents/MacOS/OrvaneBootstrap"
+SELF_TEST = BUILD / "OrvaneBootstrapSelfTest"
+GOOGLE_TEST = Path("/usr/src/googletest/googletest")
 
 ZIG = TOOLS / "linux-x64/bin/zig"
 LIBRARY = TOOLS / "lib"
@@ -35,6 +37,7 @@ LIBRARIES = {
 }
 SYSTEM_LIBRARY = "/usr/lib/libSystem.B.dylib"
 FRAMEWORKS = [name for name in LIBRARIES if name != "objc"]
+SELF_TEST_LIBRARIES = [name for name in LIBRARIES if name != "AppKit"]  # it has no window
 
 ZIG_ENVIRONMENT = {
     "ZIG_LIB_DIR": str(LIBRARY),
@@ -75,9 +78,9 @@ def language_of(source):
     return ["-fobjc-arc"] if str(source).endswith(".mm") else []
 
 
-def link_flags():
-    frameworks = [flag for name in FRAMEWORKS for flag in ("-framework", name)]
-    return [f"-F{STUBS}", f"-L{STUBS}", *frameworks, "-lobjc"]
+def link_flags(libraries=LIBRARIES):
+    names = [flag for name in libraries for flag in (("-framework", name) if name in FRAMEWORKS else (f"-l{name}",))]
+    return [f"-F{STUBS}", f"-L{STUBS}", *names]
 
 
 def llvm(tool, *arguments):

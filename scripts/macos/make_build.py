@@ -1,12 +1,13 @@
 #!/usr/bin/env python3
 """Writes the Ninja file that compiles every source for both architectures, by both compilers, and joins what comes
-out into the bundle. Reads the sources, each a line, from standard input."""
+out into the bundle and the self-test. Reads from standard input which program has which source, each a line."""
 
 import shlex
 import sys
 
-from layout import (ARCHITECTURES, BUILD, BUNDLE, EXECUTABLE, GENERATED, HEADERS, INTERFACES, LANGUAGE, LLVM,
-                    PACKAGING, ROOT, STUBS, WARNINGS, ZIG_ENVIRONMENT, clang, language_of, link_flags, zig)
+from layout import (ARCHITECTURES, BUILD, BUNDLE, EXECUTABLE, GENERATED, GOOGLE_TEST, HEADERS, INTERFACES, LANGUAGE,
+                    LLVM, PACKAGING, ROOT, SELF_TEST, SELF_TEST_LIBRARIES, STUBS, WARNINGS, ZIG_ENVIRONMENT, clang,
+                    language_of, link_flags, zig)
 
 CONTENTS = BUNDLE / "Contents"
 ICON = CONTENTS / "Resources/OrvaneBootstrap.icns"
@@ -46,6 +47,11 @@ def rules():
                    f"{zig_command} $in {shlex.join(link_flags())} -Wl,-dead_strip -o $out"
                    f" && {LLVM}/llvm-strip -x $out || {{ rm -f $out; exit 1; }}",
                    description=f"{architecture} $out")
+        # With the names of its functions, which a report from a Mac may need.
+        yield rule(f"link_test_{architecture}",
+                   f"{zig_command} $in {shlex.join(link_flags(SELF_TEST_LIBRARIES))} -Wl,-dead_strip -o $out"
+                   " || { rm -f $out; exit 1; }",
+                   description=f"{architecture} $out")
     # A gate's line goes into a file, so that it can be shown again when there was nothing to do.
     yield rule("gate", f"{sys.executable} $script > $out || {{ cat $out; rm -f $out; exit 1; }}", description="$out")
     yield rule("join", f"{LLVM}/llvm-lipo -create $in -output $out", description="$out")
@@ -53,20 +59,31 @@ def rules():
     yield rule("icon", f"{sys.executable} {ROOT}/scripts/macos/make_icon.py $in $out", description="$out")
 
 
-def edges(sources):
+def object_of(architecture, source):
+    return f"{BUILD}/objects/{architecture}/{source}.o"
+
+
+def edges(programs):
+    sources = sorted({source for own in programs.values() for source in own})
     for architecture in ARCHITECTURES:
         library = f"{BUILD}/objects/{architecture}/library"
         yield edge(f"library_{architecture}", library, [ROOT / "scripts/macos/empty.cpp"])
-        objects = []
         for source in sources:
             flags = shlex.join(language_of(source))
-            output = f"{BUILD}/objects/{architecture}/{source}"
-            objects.append(f"{output}.o")
-            yield edge(f"compile_{architecture}", f"{output}.o", [ROOT / source], flags=flags)
-            yield edge(f"second_{architecture}", f"{output}.second", [ROOT / source], flags=flags)
-        yield edge(f"link_{architecture}", f"{BUILD}/{architecture}/OrvaneBootstrap", objects,
-                   implicit=[library, *sorted(STUBS.rglob("*.tbd"))])
-    yield edge("join", EXECUTABLE, [f"{BUILD}/{architecture}/OrvaneBootstrap" for architecture in ARCHITECTURES])
+            yield edge(f"compile_{architecture}", object_of(architecture, source), [ROOT / source], flags=flags)
+            yield edge(f"second_{architecture}", f"{BUILD}/objects/{architecture}/{source}.second", [ROOT / source],
+                       flags=flags)
+        # Others' code, with the warnings that they chose to live with.
+        test_framework = object_of(architecture, "gtest-all.cc")
+        yield edge(f"compile_{architecture}", test_framework, [GOOGLE_TEST / "src/gtest-all.cc"],
+                   flags=f"-w -I{GOOGLE_TEST}")
+        further = {EXECUTABLE.name: [], SELF_TEST.name: [test_framework]}
+        for rule_name, program in (("link", EXECUTABLE.name), ("link_test", SELF_TEST.name)):
+            objects = [object_of(architecture, source) for source in programs[program]]
+            yield edge(f"{rule_name}_{architecture}", f"{BUILD}/{architecture}/{program}",
+                       [*objects, *further[program]], implicit=[library, *sorted(STUBS.rglob("*.tbd"))])
+    for program in (EXECUTABLE, SELF_TEST):
+        yield edge("join", program, [f"{BUILD}/{architecture}/{program.name}" for architecture in ARCHITECTURES])
     yield edge("copy", CONTENTS / "Info.plist", [GENERATED / "Info.plist"])
     yield edge("icon", ICON, [PACKAGING / "OrvaneBootstrap.svg"], implicit=[ROOT / "scripts/macos/make_icon.py"])
     seconds = [f"{BUILD}/objects/{architecture}/{source}.second"
@@ -74,6 +91,7 @@ def edges(sources):
     yield edge("phony", "second", seconds)
     yield from gates()
     yield edge("phony", "bundle", [EXECUTABLE, CONTENTS / "Info.plist", ICON])
+    yield edge("phony", "self-test", [SELF_TEST])
     yield "default bundle\n"
 
 
@@ -91,8 +109,11 @@ def gates():
 
 
 def main():
-    sources = sys.stdin.read().split()
-    text = "\n".join(["ninja_required_version = 1.10", f"builddir = {BUILD}", "", *rules(), *edges(sources)])
+    programs = {EXECUTABLE.name: [], SELF_TEST.name: []}
+    for line in sys.stdin.read().splitlines():
+        program, source = line.split()
+        programs[program].append(source)
+    text = "\n".join(["ninja_required_version = 1.10", f"builddir = {BUILD}", "", *rules(), *edges(programs)])
     output = BUILD / "build.ninja"
     if not output.exists() or output.read_text() != text:
         output.write_text(text)

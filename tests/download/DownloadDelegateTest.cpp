@@ -82,7 +82,7 @@ TEST_F(DownloadDelegateTest, FractionsAreNeitherClampedNorRounded) {
 
 TEST_F(DownloadDelegateTest, WithAnAnnouncedLengthOfZeroTheFractionIsInfiniteOrNone) {
     service->didReceiveResponse(transfer(), 0);
-    service->didReceiveData(transfer(), {});
+    service->didReceiveData(transfer(), bytesOf(""));
     service->didReceiveData(transfer(), bytesOf("1"));
     desktop.drainMainQueue();
     ASSERT_EQ(fractions.size(), 2U);

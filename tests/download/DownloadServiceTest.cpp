@@ -94,8 +94,8 @@ TEST_F(DownloadServiceTest, ALargeBodyArrivesWhole) {
 }
 
 TEST_F(DownloadServiceTest, EachPieceReportsTheFractionReceivedSoFar) {
-    Gate mayGoOn;
-    server.answer("/file", [&](TlsConnection& connection) {
+    const Gate mayGoOn;
+    server.answer("/file", [mayGoOn](LoopbackConnection& connection) {
         connection.send("HTTP/1.1 200 OK\r\nContent-Length: 8\r\n\r\n12");
         EXPECT_TRUE(mayGoOn.wait());
         connection.send("345678");
@@ -136,7 +136,7 @@ TEST_F(DownloadServiceTest, AnErrorPageIsWrittenLikeAnyBody) {
 }
 
 TEST_F(DownloadServiceTest, AConnectionThatBreaksOffIsAFailureAndTheFileKeepsWhatCame) {
-    server.answer("/file", [](TlsConnection& connection) {
+    server.answer("/file", [](LoopbackConnection& connection) {
         connection.send("HTTP/1.1 200 OK\r\nContent-Length: 1000\r\n\r\nhalf");
         connection.drop();
     });
@@ -156,8 +156,8 @@ TEST_F(DownloadServiceTest, AServerThatIsNotThereIsAFailure) {
 }
 
 TEST_F(DownloadServiceTest, TheCallersTimeoutEndsTheTransfer) {
-    Gate mayEnd;
-    server.answer("/file", [&](TlsConnection& connection) {
+    const Gate mayEnd;
+    server.answer("/file", [mayEnd](LoopbackConnection& connection) {
         connection.send("HTTP/1.1 200 OK\r\nContent-Length: 1000\r\n\r\nsome");
         mayEnd.wait();
     });

@@ -68,7 +68,7 @@ TEST_F(EngineDownloadTest, TheTextOfATransferFailureIsTheSameForAnUninstallation
 }
 
 TEST_F(EngineDownloadTest, ATransferThatBreaksOffIsATransferFailureAndItsPartStays) {
-    server.answer(kPath, [](TlsConnection& connection) {
+    server.answer(kPath, [](LoopbackConnection& connection) {
         connection.send("HTTP/1.1 200 OK\r\nContent-Length: 1000\r\n\r\npart");
         connection.drop();
     });
@@ -81,8 +81,8 @@ TEST_F(EngineDownloadTest, ATransferThatBreaksOffIsATransferFailureAndItsPartSta
 
 TEST_F(EngineDownloadTest, AServerThatFallsSilentIsATransferFailure) {
     deployment.values.downloadTimeout = 1s;
-    Gate mayEnd;
-    server.answer(kPath, [&](TlsConnection&) { mayEnd.wait(); });
+    const Gate mayEnd;
+    server.answer(kPath, [mayEnd](LoopbackConnection&) { mayEnd.wait(); });
     start();
     expectFatalError(kNoConnection);
     mayEnd.open();
@@ -111,7 +111,7 @@ TEST_F(EngineDownloadTest, AnIncorrectEncipheredDownloadIsNotDeciphered) {
 
 TEST_F(EngineDownloadTest, AnUnreadableDownloadEndsInTheTextOfALocalFailure) {
     // The file is there when the transfer opens it and a folder when its digest is computed.
-    server.answer(kPath, [this](TlsConnection& connection) {
+    server.answer(kPath, [this](LoopbackConnection& connection) {
         std::filesystem::remove(deployment.engine());
         std::filesystem::create_directory(deployment.engine());
         connection.send(response(kEngine));

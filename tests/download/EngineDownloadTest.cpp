@@ -19,11 +19,11 @@ TEST_F(EngineDownloadTest, APlainEngineIsVerifiedAndHandedOver) {
 }
 
 TEST_F(EngineDownloadTest, TheBarFollowsTheTransferAndReachesExactly100) {
-    Gate mayGoOn;
+    const Gate mayGoOn;
     const std::string body(400, 'e');
     info.Checksum = md5Of(body);
     describe();
-    server.answer(kPath, [&](TlsConnection& connection) {
+    server.answer(kPath, [mayGoOn, body](LoopbackConnection& connection) {
         connection.send("HTTP/1.1 200 OK\r\nContent-Length: 400\r\n\r\n" + body.substr(0, 50));
         EXPECT_TRUE(mayGoOn.wait());
         connection.send(body.substr(50));
@@ -44,8 +44,8 @@ TEST_F(EngineDownloadTest, WithoutAnAnnouncedLengthTheBarIsGivenNegativeValues) 
 }
 
 TEST_F(EngineDownloadTest, ItReturnsWhileTheTransferRunsAndTheTaskIsKept) {
-    Gate mayAnswer;
-    server.answer(kPath, [&](TlsConnection& connection) {
+    const Gate mayAnswer;
+    server.answer(kPath, [mayAnswer](LoopbackConnection& connection) {
         EXPECT_TRUE(mayAnswer.wait());
         connection.send(response(kEngine));
     });
@@ -100,8 +100,8 @@ TEST_F(EngineDownloadTest, AProgressBarThatIsGoneIsAProgrammingError) {
 }
 
 TEST_F(EngineDownloadTest, ARunThatIsGoneHearsNothingOfItsDownload) {
-    Gate mayAnswer;
-    server.answer(kPath, [&](TlsConnection& connection) {
+    const Gate mayAnswer;
+    server.answer(kPath, [mayAnswer](LoopbackConnection& connection) {
         EXPECT_TRUE(mayAnswer.wait());
         connection.send(response(kEngine));
     });
@@ -202,10 +202,12 @@ class PackageDownloadTest : public EngineDownloadTest {
 protected:
     PackageDownloadTest() { offerEnciphered("pkg", kPackage); }
 
-    /// A package installer first on the search path that copies the package to the engine's place.
+    /// A package installer first on the search path that notes its arguments and copies the package to the
+    /// engine's place.
     void provideInstaller(int status) const {
         const auto installer = deployment.folder() / "bin" / "installer";
-        writeFile(installer, "#!/bin/sh\ncp \"$4\" \"${4%.pkg}\"\nexit " + std::to_string(status) + "\n");
+        writeFile(installer, "#!/bin/sh\necho \"$*\" >\"$0.arguments\"\ncp \"$4\" \"${4%.pkg}\"\nexit " +
+                                 std::to_string(status) + "\n");
         ASSERT_EQ(chmod(installer.c_str(), 0755), 0);
     }
 
@@ -221,6 +223,15 @@ TEST_F(PackageDownloadTest, APackageIsFetchedVerifiedAndInstalledBeforeTheHandOv
     EXPECT_EQ(engineAtHandOver, kPackage);
     EXPECT_EQ(logLines(), arrivedAnd("encrypted", info.EncryptedFileChecksum,
                                      {"Orvane is encrypted, decrypting it", "Orvane decrypted"}));
+}
+
+TEST_F(PackageDownloadTest, AnUninstallationsPackageIsInstalledUnderTheRootToo) {
+    controller->uninstall = true;
+    provideInstaller(0);
+    start();
+    awaitHandOver();
+    EXPECT_EQ(contentsOf(deployment.folder() / "bin" / "installer.arguments"),
+              "-allowUntrusted -verboseR -pkg " + encipheredFile(".pkg").string() + " -target /\n");
 }
 
 TEST_F(PackageDownloadTest, AnInstallerThatFailsEndsTheInstallationWithItsStatus) {

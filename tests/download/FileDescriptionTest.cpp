@@ -131,7 +131,7 @@ TEST_F(FileDescriptionTest, WithoutAServerThePlatformsErrorIsLogged) {
 }
 
 TEST_F(FileDescriptionTest, ABodyThatBreaksOffIsNoDescription) {
-    server.answer(kTarget, [](TlsConnection& connection) {
+    server.answer(kTarget, [](LoopbackConnection& connection) {
         const std::string whole = response(document());
         connection.send(whole.substr(0, whole.size() - 10));
         connection.drop();
@@ -142,9 +142,9 @@ TEST_F(FileDescriptionTest, ABodyThatBreaksOffIsNoDescription) {
 
 TEST_F(FileDescriptionTest, WithoutAnAnswerInTimeTheRunGoesOnAndALateAnswerChangesNothing) {
     deployment.values.fileDescriptionWait = 1s;
-    Gate mayAnswer;
-    Gate isAnswered;
-    server.answer(kTarget, [&](TlsConnection& connection) {
+    const Gate mayAnswer;
+    const Gate isAnswered;
+    server.answer(kTarget, [this, mayAnswer, isAnswered](LoopbackConnection& connection) {
         EXPECT_TRUE(mayAnswer.wait());
         EXPECT_TRUE(connection.send(response(document())));
         connection.waitForClientToLeave();

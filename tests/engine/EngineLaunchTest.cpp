@@ -117,17 +117,21 @@ TEST_F(EngineLaunchTest, AnEngineThatEndsWithoutAWordChangesNothing) {
 }
 
 TEST_F(EngineLaunchTest, ASecondLaunchReplacesTheHandleAndLeavesTheFirstEngineAlone) {
-    const NamedPipe pipe(deployment.folder() / "pipe");
-    installEngine("#!/bin/sh\nread status <" + pipe.path() + "\nexit \"$status\"\n");
+    const NamedPipe firstPipe(deployment.folder() / "pipe0");
+    const NamedPipe secondPipe(deployment.folder() / "pipe1");
+    // Each engine waits at the pipe of its step.
+    installEngine("#!/bin/sh\nread status <" + (deployment.folder() / "pipe").string() +
+                  "\"${11}\"\nexit \"$status\"\n");
     controller->spawnOrvane();
     const auto first = controller->orvaneProcessHandle.load();
+    controller->lastOrvaneStep = 1;
     controller->spawnOrvane();
     const auto second = controller->orvaneProcessHandle.load();
     EXPECT_NE(second, first);
-    pipe.send("5\n");
-    pipe.send("5\n");
-    EXPECT_EQ(first->waitUntilExit(), 5) << "it was told to end by nobody else";
-    EXPECT_EQ(second->waitUntilExit(), 5);
+    secondPipe.send("6\n");
+    EXPECT_EQ(second->waitUntilExit(), 6);
+    firstPipe.send("5\n");
+    EXPECT_EQ(first->waitUntilExit(), 5) << "nobody else told it to end";
 }
 
 TEST_F(EngineLaunchTest, TheEngineInheritsEnvironmentFolderAndStandardOutput) {

@@ -142,8 +142,8 @@ TEST_F(EngineMessagesTest, AnAlmostNumberIsAFatalErrorToo) {
 }
 
 TEST_F(EngineMessagesTest, TheCrashReportIsSentWhileTheFatalAlertStands) {
-    Gate mayAnswer;
-    server.answer(kCrashReport, [&](TlsConnection& connection) {
+    const Gate mayAnswer;
+    server.answer(kCrashReport, [mayAnswer](LoopbackConnection& connection) {
         EXPECT_TRUE(mayAnswer.wait());
         connection.send(response(""));
     });
@@ -253,19 +253,20 @@ TEST_F(RestartQuestionTest, TheRestartedEngineIsGivenEverythingElseAsBefore) {
 }
 
 TEST_F(RestartQuestionTest, YesInterruptsTheRunningEngineFirst) {
-    writeFile(deployment.engine(), "#!/bin/sh\n"
-                                   "trap 'exit 42' INT\n"
-                                   "echo ready >\"$0.arguments\"\n"
-                                   "while :; do sleep 0.01; done\n");
+    const std::string engine = deployment.engine().string();
+    writeFile(engine, "#!/bin/sh\n"
+                      "trap 'touch \"$0.interrupted\"; exit' INT\n"
+                      "echo ready >\"$0.arguments\"\n"
+                      "while [ -e \"$0\" ]; do sleep 0.01; done\n");
     controller->spawnOrvane();
     const auto first = controller->orvaneProcessHandle.load();
-    argumentsOf(deployment.engine(), desktop);
-    std::filesystem::remove(deployment.engine().string() + ".arguments");
-    writeFile(deployment.engine().string() + ".new", engineReporting("14.0"));
-    std::filesystem::rename(deployment.engine().string() + ".new", deployment.engine());
+    argumentsOf(engine, desktop);
+    std::filesystem::remove(engine + ".arguments");
+    writeFile(engine + ".new", engineReporting("14.0"));
+    std::filesystem::rename(engine + ".new", engine);
 
     EXPECT_EQ(ask("03?", kAlertFirstButtonReturn), std::nullopt);
-    EXPECT_EQ(first->waitUntilExit(), 42);
+    desktop.runMainQueueUntil([&engine] { return std::filesystem::exists(engine + ".interrupted"); });
     EXPECT_EQ(argumentAfter("--step"), "3");
     EXPECT_NE(controller->orvaneProcessHandle.load(), first);
 }

@@ -3,7 +3,7 @@
 #include "platform/MessagePort.h"
 #include "tests/support/CaptureStandardOutput.h"
 #include "tests/support/DeathTest.h"
-#include "tests/support/RawMessage.h"
+#include "tests/support/Sender.h"
 
 #include <gtest/gtest.h>
 
@@ -20,7 +20,7 @@ namespace {
 using platform::kMessageTextSize;
 using test::CaptureStandardOutput;
 using test::rawMessage;
-using test::sendRaw;
+using test::Sender;
 
 constexpr std::string_view kAlphabet = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789";
 
@@ -100,7 +100,7 @@ protected:
     }
 
     void send(std::int32_t messageType, const std::string& text) const {
-        sendRaw(service.name, rawMessage(messageType, text));
+        Sender(service.name).send(rawMessage(messageType, text));
     }
 
     static std::string filledUp(std::string text) {

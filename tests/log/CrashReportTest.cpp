@@ -139,7 +139,7 @@ TEST_F(CrashReportTest, WithoutAServerTheLogGainsOneLineWithThePlatformsDescript
 }
 
 TEST_F(CrashReportTest, TheFailuresLineIsNotPartOfTheReport) {
-    server.answer(kTarget, [](TlsConnection& connection) { connection.drop(); });
+    server.answer(kTarget, [](LoopbackConnection& connection) { connection.drop(); });
     open();
     logger.WriteProgramLog("the last line");
     const std::string log = contentsOf(logFile());
@@ -149,9 +149,9 @@ TEST_F(CrashReportTest, TheFailuresLineIsNotPartOfTheReport) {
 
 TEST_F(CrashReportTest, WithoutAnAnswerInTimeTheLogGainsTheTimeoutAndTheRequestGoesOn) {
     deployment.values.crashReportWait = 1s;
-    Gate mayAnswer;
-    Gate isAnswered;
-    server.answer(kTarget, [&](TlsConnection& connection) {
+    const Gate mayAnswer;
+    const Gate isAnswered;
+    server.answer(kTarget, [mayAnswer, isAnswered](LoopbackConnection& connection) {
         EXPECT_TRUE(mayAnswer.wait());
         EXPECT_TRUE(connection.send(response("late"))) << "the request was abandoned, not cancelled";
         isAnswered.open();
@@ -164,8 +164,8 @@ TEST_F(CrashReportTest, WithoutAnAnswerInTimeTheLogGainsTheTimeoutAndTheRequestG
 
 TEST_F(CrashReportTest, TheRequestHasALimitOfItsOwn) {
     deployment.values.crashReportTimeout = 1s;
-    Gate mayEnd;
-    server.answer(kTarget, [&](TlsConnection&) { mayEnd.wait(); });
+    const Gate mayEnd;
+    server.answer(kTarget, [mayEnd](LoopbackConnection&) { mayEnd.wait(); });
     open();
     const std::string printed = printedWhileSending();
     mayEnd.open();

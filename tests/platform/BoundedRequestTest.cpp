@@ -1,5 +1,6 @@
 #include "platform/BoundedRequest.h"
 
+#include "tests/platform/PlatformErrors.h"
 #include "tests/platform/UrlSessionFixture.h"
 
 namespace orvane::test {
@@ -14,8 +15,8 @@ constexpr std::size_t kLargestBody = std::size_t{64} << 20;
 class BoundedRequestTest : public UrlSessionFixture {};
 
 /// Announces no length, so that only what arrives can be counted.
-TlsServer::Conversation answeringAtLength(std::size_t length) {
-    return [length](TlsConnection& connection) {
+LoopbackServer::Conversation answeringAtLength(std::size_t length) {
+    return [length](LoopbackConnection& connection) {
         connection.readRequest();
         connection.send("HTTP/1.1 200 OK\r\nConnection: close\r\n\r\n");
         const std::string piece(std::size_t{1} << 20, 'x');
@@ -30,7 +31,7 @@ TlsServer::Conversation answeringAtLength(std::size_t length) {
 }
 
 TEST_F(BoundedRequestTest, BringsTheWholeBody) {
-    const TlsServer server(loopbackIdentity(), answering(okResponse("description")));
+    const LoopbackServer server(answering(okResponse("description")));
     const RequestOutcome outcome = performRequest({.url = server.url()}, kPatience);
     ASSERT_TRUE(outcome.body);
     EXPECT_EQ(textOf(*outcome.body), "description");
@@ -38,32 +39,32 @@ TEST_F(BoundedRequestTest, BringsTheWholeBody) {
 }
 
 TEST_F(BoundedRequestTest, BringsAnEmptyBody) {
-    const TlsServer server(loopbackIdentity(), answering(okResponse("")));
+    const LoopbackServer server(answering(okResponse("")));
     const RequestOutcome outcome = performRequest({.url = server.url()}, kPatience);
     ASSERT_TRUE(outcome.body);
     EXPECT_TRUE(outcome.body->empty());
 }
 
 TEST_F(BoundedRequestTest, BringsTheBodyOfAnErrorStatus) {
-    const TlsServer server(loopbackIdentity(),
-                           answering("HTTP/1.1 404 Not Found\r\nConnection: close\r\n\r\n<html></html>"));
+    const LoopbackServer server(
+        answering("HTTP/1.1 404 Not Found\r\nConnection: close\r\n\r\n<html></html>"));
     const RequestOutcome outcome = performRequest({.url = server.url()}, kPatience);
     ASSERT_TRUE(outcome.body);
     EXPECT_EQ(textOf(*outcome.body), "<html></html>");
 }
 
 TEST_F(BoundedRequestTest, BringsTheTransfersErrorAndNoBody) {
-    const TlsServer server(loopbackIdentity(), answering(okHead(100) + "too little"));
+    const LoopbackServer server(answering(okHead(100) + "too little"));
     const RequestOutcome outcome = performRequest({.url = server.url()}, kPatience);
     EXPECT_FALSE(outcome.body);
     ASSERT_TRUE(outcome.error);
-    EXPECT_EQ(outcome.error->domain(), "libcurl");
+    EXPECT_EQ(outcome.error->domain(), platformErrors().transferDomain);
 }
 
 TEST_F(BoundedRequestTest, GivesUpAtItsLimitAndALateAnswerDoesNoHarm) {
     Gate limitPassed;
     Gate clientHasLeft;
-    const TlsServer server(loopbackIdentity(), [&](TlsConnection& connection) {
+    const LoopbackServer server([&](LoopbackConnection& connection) {
         connection.readRequest();
         limitPassed.wait();
         EXPECT_TRUE(connection.send(okResponse("late")));
@@ -81,23 +82,23 @@ TEST_F(BoundedRequestTest, GivesUpAtItsLimitAndALateAnswerDoesNoHarm) {
 }
 
 TEST_F(BoundedRequestTest, TheRequestsOwnTimeOutIsATransfersError) {
-    const TlsServer server(loopbackIdentity(), [](TlsConnection& connection) {
+    const LoopbackServer server([](LoopbackConnection& connection) {
         connection.readRequest();
         connection.waitForClientToLeave();
     });
     const RequestOutcome outcome =
         performRequest({.url = server.url(), .timeoutInterval = std::chrono::seconds(1)}, kPatience);
     ASSERT_TRUE(outcome.error);
-    EXPECT_EQ(outcome.error->code(), 28); // CURLE_OPERATION_TIMEDOUT
+    EXPECT_EQ(outcome.error->code(), platformErrors().timedOut);
 }
 
 TEST_F(BoundedRequestTest, SixtyFourMebibytesAreTheMost) {
-    const TlsServer largest(loopbackIdentity(), answeringAtLength(kLargestBody));
+    const LoopbackServer largest(answeringAtLength(kLargestBody));
     const RequestOutcome accepted = performRequest({.url = largest.url()}, kPatience);
     ASSERT_TRUE(accepted.body);
     EXPECT_EQ(accepted.body->size(), kLargestBody);
 
-    const TlsServer tooLarge(loopbackIdentity(), answeringAtLength(kLargestBody + 1));
+    const LoopbackServer tooLarge(answeringAtLength(kLargestBody + 1));
     const RequestOutcome refused = performRequest({.url = tooLarge.url()}, kPatience);
     EXPECT_FALSE(refused.body);
     ASSERT_TRUE(refused.error);

@@ -1,6 +1,7 @@
 #include "platform/Files.h"
 
 #include "tests/platform/ErrorExpectation.h"
+#include "tests/support/OpenDescriptors.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <array>
@@ -71,12 +72,6 @@ TEST_F(FileHandleTest, ACountFarBeyondTheEndCostsNoMemory) {
     EXPECT_LT(contents.capacity(), std::size_t{4} << 20);
 }
 
-TEST_F(FileHandleTest, ReadsAFileWhoseLengthIsNotKnownBeforehand) {
-    const std::string status = text(FileHandle::forReading("/proc/self/status").readToEnd());
-    EXPECT_EQ(status.substr(0, 5), "Name:");
-    EXPECT_EQ(status.back(), '\n');
-}
-
 TEST_F(FileHandleTest, AnEndlessFileIsReadOnlyUpToTheCount) {
     EXPECT_EQ(FileHandle::forReading("/dev/zero").readUpToCount(5'000'000), Bytes(5'000'000));
 }
@@ -139,17 +134,6 @@ TEST_F(FileHandleTest, LinesAppendedByManyThreadsStayWhole) {
     EXPECT_EQ(count, kWriters * kLines);
 }
 
-TEST_F(FileHandleTest, AFullDiskIsAnError) {
-    const FileHandle full = FileHandle::forWriting("/dev/full");
-    expectError(ENOSPC, "/dev/full", [&] { full.write(bytesOf("more")); });
-}
-
-TEST_F(FileHandleTest, AReadThatFailsIsAnErrorNamingTheFile) {
-    // A process may open its own memory but not read where nothing is mapped.
-    const FileHandle memory = FileHandle::forReading("/proc/self/mem");
-    expectError(EIO, "/proc/self/mem", [&] { memory.readUpToCount(1); });
-}
-
 TEST_F(FileHandleTest, AMovedHandleGoesOnWhereItWas) {
     std::optional<FileHandle> first = FileHandle::forReading(fileWith("abcd"));
     EXPECT_EQ(text(first->readUpToCount(2)), "ab");
@@ -159,14 +143,6 @@ TEST_F(FileHandleTest, AMovedHandleGoesOnWhereItWas) {
     FileHandle third = FileHandle::forReading(at("file"));
     third = std::move(second);
     EXPECT_EQ(text(third.readToEnd()), "d");
-}
-
-std::size_t openDescriptors() {
-    std::size_t count = 0;
-    for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
-        ++count;
-    }
-    return count;
 }
 
 TEST_F(FileHandleTest, HandlesCloseTheirFiles) {

@@ -2,6 +2,7 @@
 
 #include "platform/Error.h"
 #include "tests/platform/ErrorExpectation.h"
+#include "tests/platform/PlatformErrors.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <cerrno>
@@ -65,7 +66,8 @@ TEST_F(FilesTest, MissingFoldersAreCreatedAndExistingOnesAccepted) {
 
 TEST_F(FilesTest, AFolderCannotBeCreatedWhereAFileIs) {
     writeFile(at("file"), "");
-    expectError(ENOTDIR, at("file"), [&] { createDirectoryWithIntermediates(at("file")); });
+    expectError(platformErrors().folderCreatedButIsFile, at("file"),
+                [&] { createDirectoryWithIntermediates(at("file")); });
     expectError(ENOTDIR, at("file/below"), [&] { createDirectoryWithIntermediates(at("file/below")); });
 }
 
@@ -75,7 +77,7 @@ TEST_F(FilesTest, RemovesAFileButNoFolder) {
     EXPECT_FALSE(fileExists(at("file")));
     expectError(ENOENT, at("file"), [&] { removeFile(at("file")); });
     createDirectoryWithIntermediates(at("folder"));
-    expectError(EISDIR, at("folder"), [&] { removeFile(at("folder")); });
+    expectError(platformErrors().fileRemovedButIsFolder, at("folder"), [&] { removeFile(at("folder")); });
     EXPECT_TRUE(fileExists(at("folder")));
 }
 

@@ -1,3 +1,4 @@
+#include "tests/platform/PlatformErrors.h"
 #include "tests/platform/UrlSessionFixture.h"
 
 #include <algorithm>
@@ -10,19 +11,16 @@ using platform::ResponseDisposition;
 using platform::UrlSession;
 using platform::UrlSessionDataTask;
 
-constexpr std::int64_t kCancelled = 42; // CURLE_ABORTED_BY_CALLBACK
-
 class UrlSessionControlTest : public UrlSessionFixture {};
 
 void expectCancelled(const Record& record) {
     EXPECT_EQ(std::count(record.calls.begin(), record.calls.end(), "completion"), 1);
     ASSERT_TRUE(record.error);
-    EXPECT_EQ(record.error->code(), kCancelled);
-    EXPECT_EQ(record.error->localizedDescription(), "The request was cancelled (127.0.0.1)");
+    EXPECT_EQ(record.error->code(), platformErrors().cancelled);
 }
 
 TEST_F(UrlSessionControlTest, ARefusedResponseBringsNoDataAndEndsWithAnError) {
-    const TlsServer server(loopbackIdentity(), [](TlsConnection& connection) {
+    const LoopbackServer server([](LoopbackConnection& connection) {
         connection.readRequest();
         connection.send(okHead(10) + "first");
         connection.waitForClientToLeave();
@@ -37,7 +35,7 @@ TEST_F(UrlSessionControlTest, ARefusedResponseBringsNoDataAndEndsWithAnError) {
 }
 
 TEST_F(UrlSessionControlTest, CancellingFromWithinEndsTheTransfer) {
-    const TlsServer server(loopbackIdentity(), answering(okResponse(longText(3'000'000))));
+    const LoopbackServer server(answering(okResponse(longText(3'000'000))));
     const auto delegate = std::make_shared<RecordingDelegate>();
     delegate->whenDataArrives = [](UrlSessionDataTask& task) { task.cancel(); };
     const auto session = makeSession(delegate);
@@ -48,7 +46,7 @@ TEST_F(UrlSessionControlTest, CancellingFromWithinEndsTheTransfer) {
 }
 
 TEST_F(UrlSessionControlTest, CancellingFromAnotherThreadEndsTheTransfer) {
-    const TlsServer server(loopbackIdentity(), [](TlsConnection& connection) {
+    const LoopbackServer server([](LoopbackConnection& connection) {
         connection.readRequest();
         connection.send(okHead(10) + "first");
         connection.waitForClientToLeave();
@@ -65,7 +63,7 @@ TEST_F(UrlSessionControlTest, CancellingFromAnotherThreadEndsTheTransfer) {
 }
 
 TEST_F(UrlSessionControlTest, CancellingBeforeTheStartCompletesWithoutAConnection) {
-    const TlsServer server(loopbackIdentity(), answering(okResponse("never")));
+    const LoopbackServer server(answering(okResponse("never")));
     const auto delegate = std::make_shared<RecordingDelegate>();
     const auto session = makeSession(delegate);
     const auto task = session->dataTask({.url = server.url()});
@@ -78,7 +76,7 @@ TEST_F(UrlSessionControlTest, CancellingBeforeTheStartCompletesWithoutAConnectio
 }
 
 TEST_F(UrlSessionControlTest, CancellingAfterTheEndChangesNothing) {
-    const TlsServer server(loopbackIdentity(), answering(okResponse("done")));
+    const LoopbackServer server(answering(okResponse("done")));
     const auto delegate = std::make_shared<RecordingDelegate>();
     const auto session = makeSession(delegate);
     const auto task = session->dataTask({.url = server.url()});
@@ -94,7 +92,7 @@ TEST_F(UrlSessionControlTest, CancellingAfterTheEndChangesNothing) {
 TEST_F(UrlSessionControlTest, ASuspendedTaskReceivesNothingUntilItIsResumed) {
     const std::string body = longText(500'000);
     Gate suspended;
-    const TlsServer server(loopbackIdentity(), [&](TlsConnection& connection) {
+    const LoopbackServer server([&](LoopbackConnection& connection) {
         if (!connection.readRequest().starts_with("GET /long ")) {
             connection.send(okResponse("short"));
             return;
@@ -135,7 +133,7 @@ protected:
         task->suspend();
         session_->dataTask({.url = silent_.url(), .timeoutInterval = std::chrono::seconds(3)})->resume();
         EXPECT_TRUE(delegate_->waitForCompletions(1));
-        EXPECT_EQ(delegate_->record().error->code(), 28); // CURLE_OPERATION_TIMEDOUT
+        EXPECT_EQ(delegate_->record().error->code(), platformErrors().timedOut);
         EXPECT_EQ(delegate_->record().body, "");
         task->resume();
     }
@@ -144,22 +142,22 @@ protected:
     const std::unique_ptr<UrlSession> session_ = makeSession(delegate_);
 
 private:
-    const TlsServer silent_{loopbackIdentity(), [](TlsConnection& connection) {
-                                connection.readRequest();
-                                connection.waitForClientToLeave();
-                            }};
+    const LoopbackServer silent_{[](LoopbackConnection& connection) {
+        connection.readRequest();
+        connection.waitForClientToLeave();
+    }};
 };
 
 TEST_F(UrlSessionPauseTest, TimeDoesNotRunForATaskThatIsSuspendedBeforeItsAnswer) {
     Gate requestArrived;
     Gate answer;
-    const TlsServer server(loopbackIdentity(), [&](TlsConnection& connection) {
+    const LoopbackServer server([&](LoopbackConnection& connection) {
         connection.readRequest();
         requestArrived.open();
         answer.wait();
         connection.send(okResponse("patient"));
     });
-    const TlsServer quick(loopbackIdentity(), answering(okResponse("quick ")));
+    const LoopbackServer quick(answering(okResponse("quick ")));
     suspendForLongerThanTheLimit(server.url(), requestArrived);
     // When this one is through, the session has looked at the resumed task and found no reason to end it.
     session_->dataTask({.url = quick.url()})->resume();
@@ -171,7 +169,7 @@ TEST_F(UrlSessionPauseTest, TimeDoesNotRunForATaskThatIsSuspendedBeforeItsAnswer
 }
 
 TEST_F(UrlSessionPauseTest, TimeDoesNotRunForATaskThatIsSuspendedBeforeItsBody) {
-    const TlsServer server(loopbackIdentity(), answering(okResponse("patient")));
+    const LoopbackServer server(answering(okResponse("patient")));
     Gate responseArrived;
     delegate_->whenResponseArrives = [&](UrlSessionDataTask& task) {
         task.suspend();
@@ -184,7 +182,7 @@ TEST_F(UrlSessionPauseTest, TimeDoesNotRunForATaskThatIsSuspendedBeforeItsBody) 
 }
 
 TEST_F(UrlSessionPauseTest, ATaskThatIsSuspendedBeforeItsStartBeginsWhenItIsResumed) {
-    const TlsServer server(loopbackIdentity(), answering(okResponse("begun ")));
+    const LoopbackServer server(answering(okResponse("begun ")));
     const auto held = session_->dataTask({.url = server.url("/held")});
     delegate_->whenCompleted = [&](UrlSessionDataTask& completed) {
         if (completed.originalRequestUrl() == server.url("/first")) {
@@ -203,7 +201,7 @@ TEST_F(UrlSessionPauseTest, ATaskThatIsSuspendedBeforeItsStartBeginsWhenItIsResu
 }
 
 TEST_F(UrlSessionControlTest, ATaskMayBeCommandedFromManyThreadsAtOnce) {
-    const TlsServer server(loopbackIdentity(), answering(okResponse(longText(1'000'000))));
+    const LoopbackServer server(answering(okResponse(longText(1'000'000))));
     const auto delegate = std::make_shared<RecordingDelegate>();
     const auto session = makeSession(delegate);
     const auto task = session->dataTask({.url = server.url()});

@@ -14,8 +14,8 @@ using platform::UrlSessionDataTask;
 class UrlSessionLifeTest : public UrlSessionFixture {};
 
 /// Sends one half of ten bytes, waits at a gate and sends the other.
-TlsServer::Conversation pausingHalfWay(Gate& gate) {
-    return [&gate](TlsConnection& connection) {
+LoopbackServer::Conversation pausingHalfWay(Gate& gate) {
+    return [&gate](LoopbackConnection& connection) {
         connection.readRequest();
         connection.send(okHead(10) + "first");
         gate.wait();
@@ -23,10 +23,10 @@ TlsServer::Conversation pausingHalfWay(Gate& gate) {
     };
 }
 
-TEST_F(UrlSessionLifeTest, CallsComeOneAtATimeOnOneThreadThatIsNotTheCallers) {
+TEST_F(UrlSessionLifeTest, CallsComeOneAtATimeAndNotOnTheCallersThread) {
     constexpr std::size_t kTasks = 8;
     const std::string body = longText(300'000);
-    const TlsServer server(loopbackIdentity(), answering(okResponse(body)));
+    const LoopbackServer server(answering(okResponse(body)));
     const auto delegate = std::make_shared<RecordingDelegate>();
     const auto session = makeSession(delegate);
     for (std::size_t count = 0; count < kTasks; ++count) {
@@ -37,12 +37,11 @@ TEST_F(UrlSessionLifeTest, CallsComeOneAtATimeOnOneThreadThatIsNotTheCallers) {
     EXPECT_FALSE(record.callsOverlapped);
     EXPECT_EQ(record.body.size(), kTasks * body.size());
     const std::set<std::thread::id> threads(record.threads.begin(), record.threads.end());
-    EXPECT_EQ(threads.size(), 1U);
     EXPECT_EQ(threads.count(std::this_thread::get_id()), 0U);
 }
 
 TEST_F(UrlSessionLifeTest, TheTaskOfACallIsTheOneThatWasAskedFor) {
-    const TlsServer server(loopbackIdentity(), answering(okResponse("identity")));
+    const LoopbackServer server(answering(okResponse("identity")));
     const auto delegate = std::make_shared<RecordingDelegate>();
     std::vector<UrlSessionDataTask*> seen;
     const auto remember = [&](UrlSessionDataTask& task) { seen.push_back(&task); };
@@ -55,7 +54,7 @@ TEST_F(UrlSessionLifeTest, TheTaskOfACallIsTheOneThatWasAskedFor) {
 }
 
 TEST_F(UrlSessionLifeTest, ATaskThatNobodyResumesDoesNothing) {
-    const TlsServer server(loopbackIdentity(), answering(okResponse("only")));
+    const LoopbackServer server(answering(okResponse("only")));
     const auto delegate = std::make_shared<RecordingDelegate>();
     const auto session = makeSession(delegate);
     const auto idle = session->dataTask({.url = server.url("/idle")});
@@ -66,7 +65,7 @@ TEST_F(UrlSessionLifeTest, ATaskThatNobodyResumesDoesNothing) {
 }
 
 TEST_F(UrlSessionLifeTest, ASecondTaskRunsAfterTheFirstHasEnded) {
-    const TlsServer server(loopbackIdentity(), answering(okResponse("once")));
+    const LoopbackServer server(answering(okResponse("once")));
     const auto delegate = std::make_shared<RecordingDelegate>();
     const auto session = makeSession(delegate);
     session->dataTask({.url = server.url()})->resume();
@@ -77,7 +76,7 @@ TEST_F(UrlSessionLifeTest, ASecondTaskRunsAfterTheFirstHasEnded) {
 }
 
 TEST_F(UrlSessionLifeTest, ADelegateMayStartAnotherTaskFromWithin) {
-    const TlsServer server(loopbackIdentity(), answering(okResponse("again")));
+    const LoopbackServer server(answering(okResponse("again")));
     const auto delegate = std::make_shared<RecordingDelegate>();
     const auto session = makeSession(delegate);
     std::atomic<bool> started = false;
@@ -93,7 +92,7 @@ TEST_F(UrlSessionLifeTest, ADelegateMayStartAnotherTaskFromWithin) {
 
 TEST_F(UrlSessionLifeTest, ATransferOutlivesItsSession) {
     Gate gate;
-    const TlsServer server(loopbackIdentity(), pausingHalfWay(gate));
+    const LoopbackServer server(pausingHalfWay(gate));
     const auto delegate = std::make_shared<RecordingDelegate>();
     auto session = makeSession(delegate);
     session->dataTask({.url = server.url()})->resume();
@@ -106,7 +105,7 @@ TEST_F(UrlSessionLifeTest, ATransferOutlivesItsSession) {
 }
 
 TEST_F(UrlSessionLifeTest, ATaskThatIsKeptStartsEvenAfterItsSession) {
-    const TlsServer server(loopbackIdentity(), answering(okResponse("late")));
+    const LoopbackServer server(answering(okResponse("late")));
     const auto delegate = std::make_shared<RecordingDelegate>();
     const auto task = makeSession(delegate)->dataTask({.url = server.url()});
     task->resume();
@@ -115,7 +114,7 @@ TEST_F(UrlSessionLifeTest, ATaskThatIsKeptStartsEvenAfterItsSession) {
 }
 
 TEST_F(UrlSessionLifeTest, ASessionMayEndFromWithinItsDelegate) {
-    const TlsServer server(loopbackIdentity(), answering(okResponse("end")));
+    const LoopbackServer server(answering(okResponse("end")));
     const auto delegate = std::make_shared<RecordingDelegate>();
     auto session = makeSession(delegate);
     const auto task = session->dataTask({.url = server.url()});
@@ -126,8 +125,8 @@ TEST_F(UrlSessionLifeTest, ASessionMayEndFromWithinItsDelegate) {
 }
 
 /// Leaves the connection open for another request, and reports when the client has closed it.
-TlsServer::Conversation answeringUntilTheClientLeaves(Gate& clientHasLeft) {
-    return [&clientHasLeft](TlsConnection& connection) {
+LoopbackServer::Conversation answeringUntilTheClientLeaves(Gate& clientHasLeft) {
+    return [&clientHasLeft](LoopbackConnection& connection) {
         connection.readRequest();
         connection.send("HTTP/1.1 200 OK\r\nContent-Length: 4\r\n\r\nkept");
         connection.waitForClientToLeave();
@@ -137,8 +136,8 @@ TlsServer::Conversation answeringUntilTheClientLeaves(Gate& clientHasLeft) {
 
 TEST_F(UrlSessionLifeTest, ASessionThatEndsAfterItsTasksLeavesNothingBehind) {
     Gate clientHasLeft;
-    const TlsServer server(loopbackIdentity(), answeringUntilTheClientLeaves(clientHasLeft));
-    const TlsServer other(loopbackIdentity(), answering(okResponse("other")));
+    const LoopbackServer server(answeringUntilTheClientLeaves(clientHasLeft));
+    const LoopbackServer other(answering(okResponse("other")));
     const auto delegate = std::make_shared<RecordingDelegate>();
     auto session = makeSession(delegate);
     session->dataTask({.url = server.url()})->resume();
@@ -150,7 +149,7 @@ TEST_F(UrlSessionLifeTest, ASessionThatEndsAfterItsTasksLeavesNothingBehind) {
 
 TEST_F(UrlSessionLifeTest, ASessionThatEndsBeforeItsTasksLeavesNothingBehind) {
     Gate clientHasLeft;
-    const TlsServer server(loopbackIdentity(), answeringUntilTheClientLeaves(clientHasLeft));
+    const LoopbackServer server(answeringUntilTheClientLeaves(clientHasLeft));
     const auto delegate = std::make_shared<RecordingDelegate>();
     makeSession(delegate)->dataTask({.url = server.url()})->resume();
     EXPECT_TRUE(delegate->waitForCompletions());
@@ -160,7 +159,7 @@ TEST_F(UrlSessionLifeTest, ASessionThatEndsBeforeItsTasksLeavesNothingBehind) {
 TEST_F(UrlSessionLifeTest, WithoutItsDelegateATransferStillRunsToItsEnd) {
     Gate gate;
     Gate clientHasLeft;
-    const TlsServer server(loopbackIdentity(), [&](TlsConnection& connection) {
+    const LoopbackServer server([&](LoopbackConnection& connection) {
         pausingHalfWay(gate)(connection);
         connection.waitForClientToLeave();
         clientHasLeft.open();
@@ -176,7 +175,7 @@ TEST_F(UrlSessionLifeTest, WithoutItsDelegateATransferStillRunsToItsEnd) {
 
 TEST_F(UrlSessionLifeTest, ADelegateThatWasNeverThereChangesNothing) {
     Gate clientHasLeft;
-    const TlsServer server(loopbackIdentity(), [&](TlsConnection& connection) {
+    const LoopbackServer server([&](LoopbackConnection& connection) {
         connection.readRequest();
         connection.send(okResponse("dropped"));
         connection.waitForClientToLeave();
@@ -188,7 +187,7 @@ TEST_F(UrlSessionLifeTest, ADelegateThatWasNeverThereChangesNothing) {
 
 TEST_F(UrlSessionLifeTest, SessionsThatComeAndGoCompleteEachTaskOnce) {
     constexpr int kRounds = 100;
-    const TlsServer server(loopbackIdentity(), answering(okResponse(longText(40'000))));
+    const LoopbackServer server(answering(okResponse(longText(40'000))));
     std::vector<std::shared_ptr<RecordingDelegate>> delegates;
     for (int round = 0; round < kRounds; ++round) {
         delegates.push_back(std::make_shared<RecordingDelegate>());

@@ -1,9 +1,9 @@
 #include "platform/SharedField.h"
+#include "tests/platform/PlatformErrors.h"
 #include "tests/platform/UrlSessionFixture.h"
 
 #include <algorithm>
 #include <array>
-#include <atomic>
 
 namespace orvane::test {
 
@@ -13,14 +13,9 @@ using platform::UrlRequest;
 
 class UrlSessionTest : public UrlSessionFixture {};
 
-std::string redirectTo(const std::string& location) {
-    return "HTTP/1.1 302 Found\r\nLocation: " + location +
-           "\r\nContent-Length: 4\r\nConnection: close\r\n\r\nmove";
-}
-
 /// Answers a request for /start with `first` and any other with `second`.
-TlsServer::Conversation answeringByPath(const std::string& first, const std::string& second) {
-    return [first, second](TlsConnection& connection) {
+LoopbackServer::Conversation answeringByPath(const std::string& first, const std::string& second) {
+    return [first, second](LoopbackConnection& connection) {
         const std::string request = connection.readRequest();
         connection.send(request.starts_with("GET /start ") ? first : second);
     };
@@ -29,8 +24,8 @@ TlsServer::Conversation answeringByPath(const std::string& first, const std::str
 /// The latest request that a server got.
 class SharedRequest {
 public:
-    TlsServer::Conversation keepingConversation() {
-        return [this](TlsConnection& connection) {
+    LoopbackServer::Conversation keepingConversation() {
+        return [this](LoopbackConnection& connection) {
             text_.store(connection.readRequest());
             connection.send(okResponse("kept"));
         };
@@ -42,7 +37,7 @@ private:
 };
 
 TEST_F(UrlSessionTest, DeliversTheResponseThenTheBodyThenTheCompletion) {
-    const TlsServer server(loopbackIdentity(), answering(okResponse("engine")));
+    const LoopbackServer server(answering(okResponse("engine")));
     const Record record = fetch(server.url());
     EXPECT_EQ(record.calls, (std::vector<std::string>{"response", "data", "completion"}));
     EXPECT_EQ(record.expectedContentLength, 6);
@@ -52,16 +47,16 @@ TEST_F(UrlSessionTest, DeliversTheResponseThenTheBodyThenTheCompletion) {
 
 TEST_F(UrlSessionTest, DeliversALongBodyWholeAndInPieces) {
     const std::string body = longText(3'000'000);
-    const TlsServer server(loopbackIdentity(), answering(okResponse(body)));
+    const LoopbackServer server(answering(okResponse(body)));
     const Record record = fetch(server.url());
-    EXPECT_GT(record.calls.size(), 10U);
+    EXPECT_GT(record.calls.size(), 3U); // the response, more than one piece, the completion
     EXPECT_TRUE(record.body == body);
     EXPECT_FALSE(record.error);
 }
 
 TEST_F(UrlSessionTest, DeliversAPieceWhileTheServerStillHoldsBackTheRest) {
     Gate rest;
-    const TlsServer server(loopbackIdentity(), [&](TlsConnection& connection) {
+    const LoopbackServer server([&](LoopbackConnection& connection) {
         connection.readRequest();
         connection.send(okHead(10) + "first");
         rest.wait();
@@ -79,7 +74,7 @@ TEST_F(UrlSessionTest, DeliversAPieceWhileTheServerStillHoldsBackTheRest) {
 
 TEST_F(UrlSessionTest, DeliversTheResponseBeforeAnyOfTheBodyHasArrived) {
     Gate body;
-    const TlsServer server(loopbackIdentity(), [&](TlsConnection& connection) {
+    const LoopbackServer server([&](LoopbackConnection& connection) {
         connection.readRequest();
         connection.send(okHead(4));
         body.wait();
@@ -94,8 +89,7 @@ TEST_F(UrlSessionTest, DeliversTheResponseBeforeAnyOfTheBodyHasArrived) {
 }
 
 TEST_F(UrlSessionTest, ExpectsNoLengthWhereNoneIsAnnounced) {
-    const TlsServer server(loopbackIdentity(),
-                           answering("HTTP/1.1 200 OK\r\nConnection: close\r\n\r\nuntil the end"));
+    const LoopbackServer server(answering("HTTP/1.1 200 OK\r\nConnection: close\r\n\r\nuntil the end"));
     const Record record = fetch(server.url());
     EXPECT_EQ(record.expectedContentLength, -1);
     EXPECT_EQ(record.body, "until the end");
@@ -103,10 +97,9 @@ TEST_F(UrlSessionTest, ExpectsNoLengthWhereNoneIsAnnounced) {
 }
 
 TEST_F(UrlSessionTest, ExpectsNoLengthOfABodyInChunks) {
-    const TlsServer server(loopbackIdentity(),
-                           answering("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n"
-                                     "Connection: close\r\n\r\n"
-                                     "3\r\none\r\n4\r\n two\r\n0\r\nTrailer: yes\r\n\r\n"));
+    const LoopbackServer server(answering("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n"
+                                          "Connection: close\r\n\r\n"
+                                          "3\r\none\r\n4\r\n two\r\n0\r\nTrailer: yes\r\n\r\n"));
     const Record record = fetch(server.url());
     EXPECT_EQ(record.calls.front(), "response");
     EXPECT_EQ(std::count(record.calls.begin(), record.calls.end(), "response"), 1);
@@ -120,9 +113,9 @@ TEST_F(UrlSessionTest, DecodesACodedBodyAndExpectsNoLengthOfIt) {
                                                    0xcb, 0x48, 0xcd, 0xc9, 0xc9, 0xd7, 0x51, 0xc8, 0x40, 0xa2,
                                                    0x00, 0x9f, 0xa1, 0xca, 0x09, 0x13, 0x00, 0x00, 0x00};
     const std::string body(kCoded.begin(), kCoded.end());
-    const TlsServer server(loopbackIdentity(),
-                           answering("HTTP/1.1 200 OK\r\nContent-Encoding: gzip\r\nContent-Length: " +
-                                     std::to_string(body.size()) + "\r\nConnection: close\r\n\r\n" + body));
+    const LoopbackServer server(answering(
+        "HTTP/1.1 200 OK\r\nContent-Encoding: gzip\r\nContent-Length: " + std::to_string(body.size()) +
+        "\r\nConnection: close\r\n\r\n" + body));
     const Record record = fetch(server.url());
     EXPECT_EQ(record.expectedContentLength, -1);
     EXPECT_EQ(record.body, "hello, hello, hello");
@@ -130,7 +123,7 @@ TEST_F(UrlSessionTest, DecodesACodedBodyAndExpectsNoLengthOfIt) {
 }
 
 TEST_F(UrlSessionTest, AnEmptyBodyStillBringsItsResponseFirst) {
-    const TlsServer server(loopbackIdentity(), answering(okResponse("")));
+    const LoopbackServer server(answering(okResponse("")));
     const Record record = fetch(server.url());
     EXPECT_EQ(record.calls, (std::vector<std::string>{"response", "completion"}));
     EXPECT_EQ(record.expectedContentLength, 0);
@@ -139,9 +132,9 @@ TEST_F(UrlSessionTest, AnEmptyBodyStillBringsItsResponseFirst) {
 
 TEST_F(UrlSessionTest, AnErrorStatusIsAnAnswerLikeAnyOther) {
     for (const std::string status : {"404 Not Found", "500 Internal Server Error", "301 Moved Permanently"}) {
-        const TlsServer server(loopbackIdentity(), answering("HTTP/1.1 " + status +
-                                                             "\r\nContent-Length: 4\r\n"
-                                                             "Connection: close\r\n\r\npage"));
+        const LoopbackServer server(answering("HTTP/1.1 " + status +
+                                              "\r\nContent-Length: 4\r\n"
+                                              "Connection: close\r\n\r\npage"));
         const Record record = fetch(server.url());
         EXPECT_EQ(record.calls, (std::vector<std::string>{"response", "data", "completion"})) << status;
         EXPECT_EQ(record.body, "page") << status;
@@ -150,8 +143,7 @@ TEST_F(UrlSessionTest, AnErrorStatusIsAnAnswerLikeAnyOther) {
 }
 
 TEST_F(UrlSessionTest, APreliminaryResponseIsNotTheResponse) {
-    const TlsServer server(
-        loopbackIdentity(),
+    const LoopbackServer server(
         answering("HTTP/1.1 103 Early Hints\r\nContent-Length: 9\r\n\r\n" + okResponse("final")));
     const Record record = fetch(server.url());
     EXPECT_EQ(record.calls, (std::vector<std::string>{"response", "data", "completion"}));
@@ -160,7 +152,7 @@ TEST_F(UrlSessionTest, APreliminaryResponseIsNotTheResponse) {
 }
 
 TEST_F(UrlSessionTest, FollowsARedirectAndDeliversOnlyWhereItLeads) {
-    const TlsServer server(loopbackIdentity(), answeringByPath(redirectTo("/end"), okResponse("arrived")));
+    const LoopbackServer server(answeringByPath(redirectTo("/end"), okResponse("arrived")));
     const auto delegate = std::make_shared<RecordingDelegate>();
     const auto session = makeSession(delegate);
     const auto task = session->dataTask({.url = server.url("/start")});
@@ -173,34 +165,17 @@ TEST_F(UrlSessionTest, FollowsARedirectAndDeliversOnlyWhereItLeads) {
     EXPECT_EQ(task->originalRequestUrl(), server.url("/start"));
 }
 
-TEST_F(UrlSessionTest, FollowsNoRedirectThatLeavesHttps) {
-    for (const std::string target : {"http://127.0.0.1:9/", "file:///etc/hostname", "ftp://127.0.0.1:9/"}) {
-        const TlsServer server(loopbackIdentity(), answering(redirectTo(target)));
-        const Record record = fetch(server.url());
-        EXPECT_EQ(record.calls, std::vector<std::string>{"completion"}) << target;
-        ASSERT_TRUE(record.error) << target;
-        EXPECT_EQ(record.error->code(), 1) << target; // CURLE_UNSUPPORTED_PROTOCOL
-    }
-}
-
-TEST_F(UrlSessionTest, TwentyRedirectsInARowAreTheMost) {
-    std::atomic<int> redirectsToGive = 20;
-    const auto conversation = [&](TlsConnection& connection) {
-        connection.readRequest();
-        connection.send(redirectsToGive-- > 0 ? redirectTo("/again") : okResponse("at last"));
-    };
-    const TlsServer server(loopbackIdentity(), conversation);
-    EXPECT_EQ(fetch(server.url()).body, "at last");
-    redirectsToGive = 21;
+TEST_F(UrlSessionTest, RedirectsWithoutEndAreAnError) {
+    const LoopbackServer server(answering(redirectTo("/again")));
     const Record record = fetch(server.url());
     EXPECT_EQ(record.calls, std::vector<std::string>{"completion"});
     ASSERT_TRUE(record.error);
-    EXPECT_EQ(record.error->code(), 47); // CURLE_TOO_MANY_REDIRECTS
+    EXPECT_EQ(record.error->code(), platformErrors().tooManyRedirects);
 }
 
 TEST_F(UrlSessionTest, AGetCarriesNeitherBodyNorStrangeHeaders) {
     SharedRequest request;
-    const TlsServer server(loopbackIdentity(), request.keepingConversation());
+    const LoopbackServer server(request.keepingConversation());
     fetch(server.url("/downloadinstaller?os=darwin&product=varlen"));
     const std::string head = request.text();
     EXPECT_TRUE(head.starts_with("GET /downloadinstaller?os=darwin&product=varlen HTTP/1.1\r\n")) << head;
@@ -211,7 +186,7 @@ TEST_F(UrlSessionTest, AGetCarriesNeitherBodyNorStrangeHeaders) {
 
 TEST_F(UrlSessionTest, APostCarriesItsHeaderAndBodyExactly) {
     SharedRequest request;
-    const TlsServer server(loopbackIdentity(), request.keepingConversation());
+    const LoopbackServer server(request.keepingConversation());
     const std::string body = std::string("{\"a\": 1}\0\r\n", 11) + longText(2'000'000);
     const Record record = fetch(UrlRequest{.url = server.url("/crashreport"),
                                            .httpMethod = "POST",
@@ -230,7 +205,7 @@ TEST_F(UrlSessionTest, APostCarriesItsHeaderAndBodyExactly) {
 
 TEST_F(UrlSessionTest, AnotherMethodIsSentAsItIsNamed) {
     SharedRequest request;
-    const TlsServer server(loopbackIdentity(), request.keepingConversation());
+    const LoopbackServer server(request.keepingConversation());
     fetch(UrlRequest{.url = server.url(), .httpMethod = "DELETE"});
     EXPECT_TRUE(request.text().starts_with("DELETE / HTTP/1.1\r\n"));
     fetch(UrlRequest{.url = server.url(), .httpMethod = "PUT", .httpBody = "whole"});
@@ -242,9 +217,13 @@ TEST_F(UrlSessionTest, AnotherMethodIsSentAsItIsNamed) {
 
 TEST_F(UrlSessionTest, AHeaderWithoutValueIsSent) {
     SharedRequest request;
-    const TlsServer server(loopbackIdentity(), request.keepingConversation());
+    const LoopbackServer server(request.keepingConversation());
     fetch(UrlRequest{.url = server.url(), .httpHeaderFields = {{"X-Empty", ""}}});
-    EXPECT_NE(request.text().find("\r\nX-Empty:\r\n"), std::string::npos);
+    const std::string text = request.text();
+    const std::size_t name = text.find("\r\nX-Empty:");
+    ASSERT_NE(name, std::string::npos) << text;
+    const std::size_t value = text.find(':', name) + 1;
+    EXPECT_EQ(text.find_first_not_of(' ', value), text.find("\r\n", value)) << text;
 }
 
 } // namespace

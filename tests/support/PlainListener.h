@@ -1,6 +1,8 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
+#include <optional>
 
 namespace orvane::test {
 
@@ -14,6 +16,7 @@ public:
 
     std::uint16_t port() const { return port_; }
 
+protected:
     int socket() const { return socket_; }
 
 private:
@@ -25,6 +28,18 @@ private:
 class PlainListener : public ReservedPort {
 public:
     PlainListener();
+    ~PlainListener();
+    PlainListener(const PlainListener&) = delete;
+    PlainListener& operator=(const PlainListener&) = delete;
+
+    /// Waits for the next client. Its socket, which is the caller's to close; nothing once stopped.
+    std::optional<int> accept() const;
+
+    /// Ends the waiting for clients. Any thread.
+    void stop() const;
+
+private:
+    std::array<int, 2> stopPipe_{};
 };
 
 } // namespace orvane::test

@@ -1,6 +1,6 @@
 #include "tests/support/ScriptedServer.h"
 
-#include "tests/support/TestAuthority.h"
+#include "tests/support/TlsTransport.h"
 #include "tests/support/TrustedTestAuthorities.h"
 
 #include <gtest/gtest.h>
@@ -36,8 +36,9 @@ ScriptedServer::ScriptedServer() {
     const TestAuthority authority;
     authority.writeCertificate(folder_.path() / "authority.pem");
     trustAuthoritiesOf(folder_.path() / "authority.pem");
-    server_ = std::make_unique<TlsServer>(authority.issue("IP:127.0.0.1"),
-                                          [this](TlsConnection& connection) { converse(connection); });
+    server_ =
+        std::make_unique<LoopbackServer>([this](LoopbackConnection& connection) { converse(connection); },
+                                         std::make_shared<TlsTransport>(authority.issue("IP:127.0.0.1")));
 }
 
 void ScriptedServer::answer(const std::string& target, Answer answer) {
@@ -46,7 +47,7 @@ void ScriptedServer::answer(const std::string& target, Answer answer) {
 }
 
 void ScriptedServer::answer(const std::string& target, const std::string& response) {
-    answer(target, [response](TlsConnection& connection) { connection.send(response); });
+    answer(target, [response](LoopbackConnection& connection) { connection.send(response); });
 }
 
 std::vector<std::string> ScriptedServer::requests() const {
@@ -64,7 +65,7 @@ std::vector<std::string> ScriptedServer::requestLines() const {
     return lines;
 }
 
-void ScriptedServer::converse(TlsConnection& connection) {
+void ScriptedServer::converse(LoopbackConnection& connection) {
     const std::string request = connection.readRequest();
     if (request.empty()) {
         return;

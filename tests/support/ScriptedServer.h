@@ -1,7 +1,7 @@
 #pragma once
 
+#include "tests/support/LoopbackServer.h"
 #include "tests/support/TemporaryFolder.h"
-#include "tests/support/TlsServer.h"
 
 #include <functional>
 #include <map>
@@ -20,7 +20,7 @@ std::string response(const std::string& body, const std::string& status = "200 O
 class ScriptedServer {
 public:
     /// Answers on a thread of the connection's own; the connection ends with it.
-    using Answer = std::function<void(TlsConnection&)>;
+    using Answer = std::function<void(LoopbackConnection&)>;
 
     ScriptedServer();
 
@@ -39,14 +39,14 @@ public:
     int connectionCount() const { return server_->connectionCount(); }
 
 private:
-    void converse(TlsConnection& connection);
+    void converse(LoopbackConnection& connection);
     Answer answerTo(const std::string& request) const;
 
     TemporaryFolder folder_;
     mutable std::mutex mutex_;
     std::map<std::string, Answer> answers_;
     std::vector<std::string> requests_;
-    std::unique_ptr<TlsServer> server_;
+    std::unique_ptr<LoopbackServer> server_;
 };
 
 } // namespace orvane::test

@@ -15,6 +15,8 @@ enum : NSInteger {
     NSURLErrorCannotFindHost = -1003,
     NSURLErrorCannotConnectToHost = -1004,
     NSURLErrorNetworkConnectionLost = -1005,
+    NSURLErrorHTTPTooManyRedirects = -1007,
+    NSURLErrorAppTransportSecurityRequiresSecureConnection API_AVAILABLE(macos(10.11)) = -1022,
 };
 
 NS_ASSUME_NONNULL_END

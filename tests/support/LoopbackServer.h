@@ -1,15 +1,13 @@
 #pragma once
 
-#include "platform/SharedField.h"
+#include "tests/support/LoopbackTransport.h"
 #include "tests/support/PlainListener.h"
-#include "tests/support/TestAuthority.h"
 
 #include <atomic>
 #include <cstdint>
 #include <functional>
 #include <list>
 #include <memory>
-#include <openssl/ssl.h>
 #include <string>
 #include <string_view>
 #include <thread>
@@ -17,17 +15,14 @@
 namespace orvane::test {
 
 /// A connection that a client has made, in the hands of the test: every byte is its own. One thread.
-class TlsConnection {
+class LoopbackConnection {
 public:
-    TlsConnection(SSL_CTX* context, int socket);
-    ~TlsConnection();
-    TlsConnection(const TlsConnection&) = delete;
-    TlsConnection& operator=(const TlsConnection&) = delete;
+    LoopbackConnection(int socket, std::unique_ptr<LoopbackStream> stream);
+    ~LoopbackConnection();
+    LoopbackConnection(const LoopbackConnection&) = delete;
+    LoopbackConnection& operator=(const LoopbackConnection&) = delete;
 
-    bool accept();
-
-    /// Plays the proxy before the TLS connection: reads what the client asks of it and grants it.
-    std::string acceptAsProxy() const;
+    bool accept() { return stream_->accept(); }
 
     /// The next request, head and body, exactly as it came; empty when the client has gone.
     std::string readRequest();
@@ -48,57 +43,40 @@ public:
     void interrupt() const;
 
 private:
-    struct SessionDeleter {
-        void operator()(SSL* session) const { SSL_free(session); }
-    };
-
     const int socket_;
-    const std::unique_ptr<SSL, SessionDeleter> session_;
+    const std::unique_ptr<LoopbackStream> stream_;
     bool isDropped_ = false;
 };
 
 /// A server on loopback that hands each connection to a function of the test, on a thread of the connection's
 /// own. A connection ends with its function. Destruction ends the connections and waits for their functions
 /// to return.
-class TlsServer {
+class LoopbackServer {
 public:
-    using Conversation = std::function<void(TlsConnection&)>;
+    using Conversation = std::function<void(LoopbackConnection&)>;
 
-    /// `direct` speaks TLS at once; `behindProxy` first plays the proxy through which a client asks to be
-    /// connected.
-    enum class Manner { direct, behindProxy };
-
-    TlsServer(Identity identity, Conversation conversation, Manner manner = Manner::direct);
-    ~TlsServer();
-    TlsServer(const TlsServer&) = delete;
-    TlsServer& operator=(const TlsServer&) = delete;
+    explicit LoopbackServer(Conversation conversation,
+                            std::shared_ptr<LoopbackTransport> transport = believedTransport());
+    ~LoopbackServer();
+    LoopbackServer(const LoopbackServer&) = delete;
+    LoopbackServer& operator=(const LoopbackServer&) = delete;
 
     std::string url(const std::string& pathAndQuery = "/") const;
     std::uint16_t port() const { return listener_.port(); }
-
-    /// What the latest client asked of the proxy.
-    std::string proxyRequest() const { return proxyRequest_.load(); }
 
     /// Clients that came so far, whether they believed the server or not.
     int connectionCount() const { return connectionCount_; }
 
 private:
-    struct ContextDeleter {
-        void operator()(SSL_CTX* context) const { SSL_CTX_free(context); }
-    };
-
     void acceptConnections();
-    void serve(TlsConnection& connection);
+    void serve(LoopbackConnection& connection) const;
 
-    const Identity identity_;
-    const std::unique_ptr<SSL_CTX, ContextDeleter> context_;
     const Conversation conversation_;
-    const Manner manner_;
+    const std::shared_ptr<LoopbackTransport> transport_;
     const PlainListener listener_;
     std::atomic<int> connectionCount_ = 0;
-    SharedField<std::string> proxyRequest_;
 
-    std::list<TlsConnection> connections_; ///< written by the accepting thread, read when that has ended
+    std::list<LoopbackConnection> connections_; ///< written by the accepting thread, read when that has ended
     std::list<std::thread> conversations_;
     std::thread acceptance_;
 };

@@ -1,4 +1,4 @@
-#include "tests/platform/HostileEnvironment.h"
+#include "tests/platform/HostileEnvironment_linux.h"
 
 #include "platform/UrlSession.h"
 #include "tests/support/EnvironmentVariable.h"

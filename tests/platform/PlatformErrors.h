@@ -1,0 +1,28 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace orvane::test {
+
+/// How this platform names what goes wrong, where each has names of its own.
+struct PlatformErrors {
+    std::string transferDomain; ///< of the codes that follow
+    std::int64_t cancelled;
+    std::int64_t timedOut;
+    std::int64_t tooManyRedirects;
+    std::int64_t hostNotFound;
+    std::int64_t couldNotConnect;
+    std::int64_t bodyTooShort;
+    std::int64_t nothingReceived;
+    std::optional<std::int64_t>
+        notAdmitted; ///< the system lets this program speak to the tests' server in no way
+
+    int fileRemovedButIsFolder; ///< errno values
+    int folderCreatedButIsFile;
+};
+
+const PlatformErrors& platformErrors();
+
+} // namespace orvane::test

@@ -1,0 +1,23 @@
+#include "tests/platform/PlatformErrors.h"
+
+#include <cerrno>
+
+namespace orvane::test {
+
+/// The transfers' codes are CURLcode values, as log lines show them.
+const PlatformErrors& platformErrors() {
+    static const PlatformErrors errors{.transferDomain = "libcurl",
+                                       .cancelled = 42,
+                                       .timedOut = 28,
+                                       .tooManyRedirects = 47,
+                                       .hostNotFound = 6,
+                                       .couldNotConnect = 7,
+                                       .bodyTooShort = 18,
+                                       .nothingReceived = 52,
+                                       .notAdmitted = std::nullopt,
+                                       .fileRemovedButIsFolder = EISDIR,
+                                       .folderCreatedButIsFile = ENOTDIR};
+    return errors;
+}
+
+} // namespace orvane::test
