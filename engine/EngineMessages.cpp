@@ -1,5 +1,6 @@
 #include "app/ViewController.h"
 
+#include "engine/EngineMessageSender.h"
 #include "engine/MessageNumber.h"
 #include "platform/Alert.h"
 #include "platform/Process.h"
@@ -10,15 +11,6 @@
 namespace orvane {
 
 namespace {
-
-// The message types; any other is ignored.
-constexpr std::int32_t kProgress = 0;
-constexpr std::int32_t kStep = 1;
-constexpr std::int32_t kNetworkCondition = 2;
-constexpr std::int32_t kEndOfRun = 3;
-constexpr std::int32_t kErrorLine = 4;
-constexpr std::int32_t kRestartQuestion = 5;
-constexpr std::int32_t kCancelButtonState = 6;
 
 // The codes of an end-of-run message.
 constexpr std::int64_t kEndedWellCode = 0;
@@ -31,32 +23,32 @@ constexpr std::size_t kStepDigits = 2;
 } // namespace
 
 void ViewController::onCopyData(std::int32_t msgType, const std::string& text) {
-    switch (msgType) {
-    case kProgress:
+    switch (static_cast<EngineMessageType>(msgType)) {
+    case EngineMessageType::progress:
         if (const auto position = messageNumber(text)) {
             setProgression(*position);
         }
         break;
-    case kStep:
+    case EngineMessageType::step:
         showStep(text);
         break;
-    case kNetworkCondition:
+    case EngineMessageType::network:
         showNetworkCondition(messageNumber(text));
         break;
-    case kEndOfRun:
+    case EngineMessageType::end:
         endRun(text);
         break;
-    case kErrorLine:
+    case EngineMessageType::error:
         showError(text);
         break;
-    case kRestartQuestion:
+    case EngineMessageType::restart:
         restartAtStep(text);
         break;
-    case kCancelButtonState:
+    case EngineMessageType::cancelButton:
         setCancelButtonState(messageNumber(text));
         break;
     default:
-        break;
+        break; // a later engine may say more than this program knows
     }
 }
 
