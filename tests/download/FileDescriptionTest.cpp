@@ -144,7 +144,7 @@ TEST_F(FileDescriptionTest, WithoutAnAnswerInTimeTheRunGoesOnAndALateAnswerChang
     deployment.values.fileDescriptionWait = 1s;
     const Gate mayAnswer;
     const Gate isAnswered;
-    server.answer(kTarget, [this, mayAnswer, isAnswered](LoopbackConnection& connection) {
+    server.answer(kTarget, [mayAnswer, isAnswered](LoopbackConnection& connection) {
         EXPECT_TRUE(mayAnswer.wait());
         EXPECT_TRUE(connection.send(response(document())));
         connection.waitForClientToLeave();
