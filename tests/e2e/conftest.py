@@ -23,6 +23,21 @@ RESULTS = ROOT / "build/e2e"
 PROGRAMS = ("OrvaneBootstrap", "OrvaneBootstrapRehearsal", "VendorServer", "SampleEngine")
 
 
+def pytest_addoption(parser):
+    parser.addoption("--all", action="store_true", help="also run the tests that take long")
+
+
+def pytest_configure(config):
+    config.addinivalue_line("markers", "long: takes long, so it is run with --all only")
+
+
+def pytest_collection_modifyitems(config, items):
+    if config.getoption("--all"):
+        return
+    config.hook.pytest_deselected(items=[item for item in items if item.get_closest_marker("long")])
+    items[:] = [item for item in items if not item.get_closest_marker("long")]
+
+
 @pytest.fixture(scope="session")
 def desktop():
     missing = [name for name in PROGRAMS if not (BUILD / name).exists()]
