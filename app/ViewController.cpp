@@ -4,6 +4,7 @@
 #include "log/Logger.h"
 #include "platform/Alert.h"
 #include "platform/MessagePort.h"
+#include "platform/PacedMainQueue.h"
 #include "platform/ProgrammingError.h"
 #include "platform/Queue.h"
 #include "platform/Utf8.h"
@@ -24,12 +25,17 @@ constexpr double kStepTextSize = 16;
 constexpr double kErrorTextSize = 12;
 constexpr std::int64_t kServiceNameSuffixLength = 10;
 
+/// An engine may speak faster than the window follows, and the main queue has no bound of its own: with so
+/// many messages between them the loop waits, the channel fills up, and the engine's sends wait too.
+constexpr std::size_t kMostMessagesAhead = 512;
+
 /// Hands over each engine message, one after the other, for as long as the process lives.
 void receiveEngineMessages(const std::weak_ptr<ViewController>& weakController) {
     const auto controller = weakController.lock();
     if (!controller) {
         return;
     }
+    platform::PacedMainQueue pace(kMostMessagesAhead);
     while (true) {
         std::array<char, platform::kMessageTextSize> buffer{};
         std::int32_t msgType = 0;
@@ -42,6 +48,8 @@ void receiveEngineMessages(const std::weak_ptr<ViewController>& weakController) 
             programmingError("an engine message is not valid UTF-8");
         }
         controller->onCopyData(msgType, text);
+        // Stands behind what the message left to the main queue.
+        pace.submit([] {});
     }
 }
 

@@ -2,7 +2,6 @@
 
 find_package(CURL REQUIRED)
 find_package(OpenSSL REQUIRED)
-find_package(Qt6 REQUIRED COMPONENTS Widgets)
 
 target_link_options(orvane_warnings INTERFACE -Wl,--gc-sections -Wl,-z,relro -Wl,-z,now)
 
@@ -14,9 +13,13 @@ target_link_libraries(orvane_system PUBLIC orvane_core PRIVATE CURL::libcurl Ope
 add_library(orvane_system_authorities STATIC platform/TrustedAuthorities_linux.cpp)
 target_link_libraries(orvane_system_authorities PUBLIC orvane_core)
 
+find_package(Qt6 REQUIRED COMPONENTS Widgets)
+
 # The desktop half: window, alert, main queue, the end of the process.
 add_library(orvane_desktop STATIC ${ORVANE_DESKTOP_LINUX_SOURCES})
 target_link_libraries(orvane_desktop PUBLIC orvane_core PRIVATE Qt6::Widgets)
+list(TRANSFORM ORVANE_WINDOW_ICONS PREPEND packaging/icons/hicolor/)
+qt_add_resources(orvane_desktop window_icons PREFIX /icons BASE packaging/icons/hicolor FILES ${ORVANE_WINDOW_ICONS})
 
 add_executable(OrvaneBootstrap app/main.cpp)
 target_link_libraries(OrvaneBootstrap PRIVATE

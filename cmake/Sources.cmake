@@ -23,6 +23,7 @@ set(ORVANE_PORTABLE_SOURCES
     log/Logger.cpp
     platform/BoundedRequest.cpp
     platform/Error.cpp
+    platform/PacedMainQueue.cpp
     platform/ProgrammingError.cpp
     platform/Url.cpp
     platform/Utf8.cpp
@@ -58,6 +59,15 @@ set(ORVANE_DESKTOP_LINUX_SOURCES
     platform/Queue_linux.cpp
     platform/WrappingText_linux.cpp)
 
+# What the window carries for desktops that do not know its desktop entry.
+set(ORVANE_WINDOW_ICONS
+    16x16/apps/orvane-bootstrap.png
+    24x24/apps/orvane-bootstrap.png
+    32x32/apps/orvane-bootstrap.png
+    48x48/apps/orvane-bootstrap.png
+    64x64/apps/orvane-bootstrap.png
+    128x128/apps/orvane-bootstrap.png)
+
 set(ORVANE_SYSTEM_MAC_SOURCES
     platform/Bundle_mac.mm
     platform/Digest_mac.cpp
@@ -92,8 +102,10 @@ set(ORVANE_CONFORMANCE_SOURCES
     tests/platform/FileHandleTest.cpp
     tests/platform/FilesTest.cpp
     tests/platform/MessagePortFixture.cpp
+    tests/platform/MessagePortHammerTest.cpp
     tests/platform/MessagePortTest.cpp
     tests/platform/ProcessFixture.cpp
+    tests/platform/ProcessHammerTest.cpp
     tests/platform/ProcessInfoTest.cpp
     tests/platform/ProcessTest.cpp
     tests/platform/RecordingDelegate.cpp
@@ -101,6 +113,7 @@ set(ORVANE_CONFORMANCE_SOURCES
     tests/platform/UrlSessionControlTest.cpp
     tests/platform/UrlSessionFaultsTest.cpp
     tests/platform/UrlSessionFixture.cpp
+    tests/platform/UrlSessionHammerTest.cpp
     tests/platform/UrlSessionLifeTest.cpp
     tests/platform/UrlSessionTest.cpp
     tests/platform/UrlTest.cpp

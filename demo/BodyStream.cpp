@@ -20,38 +20,57 @@ std::uint64_t sizeOf(std::istream& content) {
 
 } // namespace
 
+bool waitForRelease(const std::filesystem::path& releaseFile, StopSignal& stop) {
+    while (!std::filesystem::exists(releaseFile)) {
+        if (stop.givenWithin(kReleasePollInterval)) {
+            return false;
+        }
+    }
+    return true;
+}
+
 BodyStream::BodyStream(std::unique_ptr<std::istream> content, const VendorFault& fault,
                        std::filesystem::path releaseFile, StopSignal& stop)
     : content_(std::move(content)),
       fault_(fault),
       releaseFile_(std::move(releaseFile)),
       stop_(stop),
-      size_(sizeOf(*content_)) {}
+      size_(fault.blanks + sizeOf(*content_)) {}
 
 std::optional<std::string> BodyStream::nextPiece() {
-    if (!waitForTurn() || !waitForRelease()) {
+    if (!waitForTurn() || !waitWhileStalled()) {
         return std::nullopt;
     }
-    std::uint64_t limit = std::min(kPieceSize, size_ - position_);
-    if (fault_.bytesPerSecond) {
-        limit = std::min(limit, std::max<std::uint64_t>(1, *fault_.bytesPerSecond / kPiecesPerSecond));
+    const bool isDropped = fault_.dropAfterBytes && position_ >= *fault_.dropAfterBytes;
+    if (isDropped && position_ < size_) {
+        return std::nullopt;
     }
-    if (fault_.stallAfterBytes && position_ < *fault_.stallAfterBytes) {
-        limit = std::min(limit, *fault_.stallAfterBytes - position_);
-    }
-    if (fault_.dropAfterBytes) {
-        limit = std::min(limit, *fault_.dropAfterBytes - position_);
-        if (limit == 0 && position_ < size_) {
-            return std::nullopt;
-        }
-    }
-    std::string piece(limit, '\0');
-    content_->read(piece.data(), static_cast<std::streamsize>(limit));
-    if (static_cast<std::uint64_t>(content_->gcount()) != limit) {
+    std::string piece(nextLength(), ' ');
+    if (position_ >= fault_.blanks && !read(piece)) {
         return std::nullopt; // the file was cut while it was being sent
     }
-    position_ += limit;
+    position_ += piece.size();
     return piece;
+}
+
+/// Up to the next place at which something else begins.
+std::uint64_t BodyStream::nextLength() const {
+    std::uint64_t length = std::min(kPieceSize, size_ - position_);
+    if (fault_.bytesPerSecond) {
+        length = std::min(length, std::max<std::uint64_t>(1, *fault_.bytesPerSecond / kPiecesPerSecond));
+    }
+    for (const std::optional<std::uint64_t> place :
+         {std::optional(fault_.blanks), fault_.stallAfterBytes, fault_.dropAfterBytes}) {
+        if (place && position_ < *place) {
+            length = std::min(length, *place - position_);
+        }
+    }
+    return length;
+}
+
+bool BodyStream::read(std::string& piece) {
+    content_->read(piece.data(), static_cast<std::streamsize>(piece.size()));
+    return static_cast<std::uint64_t>(content_->gcount()) == piece.size();
 }
 
 bool BodyStream::waitForTurn() {
@@ -64,16 +83,9 @@ bool BodyStream::waitForTurn() {
     return !stop_.givenWithin(turn - std::chrono::steady_clock::now());
 }
 
-bool BodyStream::waitForRelease() {
-    if (!fault_.stallAfterBytes || position_ < *fault_.stallAfterBytes) {
-        return true;
-    }
-    while (!std::filesystem::exists(releaseFile_)) {
-        if (stop_.givenWithin(kReleasePollInterval)) {
-            return false;
-        }
-    }
-    return true;
+bool BodyStream::waitWhileStalled() {
+    const bool isStalled = fault_.stallAfterBytes && position_ >= *fault_.stallAfterBytes;
+    return !isStalled || waitForRelease(releaseFile_, stop_);
 }
 
 } // namespace orvane::demo

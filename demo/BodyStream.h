@@ -13,6 +13,9 @@
 
 namespace orvane::demo {
 
+/// Waits for the file that ends stalls; false when `stop` came first.
+bool waitForRelease(const std::filesystem::path& releaseFile, StopSignal& stop);
+
 /// A response's body as it is handed out piece by piece, at the pace and with the accidents that a fault asks
 /// for. A file is read as it is sent, never held whole. One thread.
 class BodyStream {
@@ -21,7 +24,7 @@ public:
     BodyStream(std::unique_ptr<std::istream> content, const VendorFault& fault,
                std::filesystem::path releaseFile, StopSignal& stop);
 
-    /// Length of the content in bytes.
+    /// Length in bytes, the fault's blanks included.
     std::uint64_t size() const { return size_; }
 
     /// The next piece, waited for as long as the pace demands: empty at the end of the content, none when the
@@ -30,7 +33,9 @@ public:
 
 private:
     bool waitForTurn();
-    bool waitForRelease();
+    bool waitWhileStalled();
+    std::uint64_t nextLength() const;
+    bool read(std::string& piece);
 
     std::unique_ptr<std::istream> content_;
     VendorFault fault_;

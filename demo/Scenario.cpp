@@ -55,6 +55,11 @@ Glide glideIn(Argument rest) {
     return {from, to, millisecondsIn(rest)};
 }
 
+Flood floodIn(Argument rest) {
+    const auto count = numberIn<std::int64_t>(takeWord(rest));
+    return {count, std::string(rest)};
+}
+
 SendMessage rawMessageIn(Argument rest) {
     const auto type = numberIn<std::int32_t>(takeWord(rest));
     return {static_cast<EngineMessageType>(type), std::string(rest)};
@@ -81,6 +86,7 @@ ScenarioCommand commandIn(Argument line, Argument locale) {
     static const std::map<Argument, Reader> readers{
         {"raw", rawMessageIn},
         {"glide", glideIn},
+        {"flood", floodIn},
         {"wait-ms", [](Argument rest) { return WaitDuration{millisecondsIn(rest)}; }},
         {"wait-for", [](Argument rest) { return WaitForFile{pathIn(rest)}; }},
         {"wait-interrupt", [](Argument) { return WaitForInterrupt{}; }},

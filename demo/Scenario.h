@@ -35,6 +35,10 @@ struct Glide {
     std::int64_t to;
     std::chrono::milliseconds duration;
 };
+struct Flood {
+    std::int64_t count;
+    std::string text;
+};
 struct WaitDuration {
     std::chrono::milliseconds duration;
 };
@@ -57,8 +61,8 @@ struct ExitWith {
 };
 
 using ScenarioCommand =
-    std::variant<SendMessage, Glide, WaitDuration, WaitForFile, WaitForInterrupt, WaitForOwnersEnd, MarkFile,
-                 MarkWhenInterrupted, RecordProcess, ExitWith>;
+    std::variant<SendMessage, Glide, Flood, WaitDuration, WaitForFile, WaitForInterrupt, WaitForOwnersEnd,
+                 MarkFile, MarkWhenInterrupted, RecordProcess, ExitWith>;
 
 /// A line that says nothing sensible; the text gives its number.
 class ScenarioError : public std::runtime_error {

@@ -58,6 +58,13 @@ void ScenarioPlayer::perform(const Glide& command) {
     }
 }
 
+void ScenarioPlayer::perform(const Flood& command) {
+    for (std::int64_t number = 1; number <= command.count && !exitStatus_; ++number) {
+        sender_.send(EngineMessageType::step, std::to_string(number) + command.text);
+        pause(0ms);
+    }
+}
+
 void ScenarioPlayer::perform(const WaitDuration& command) { pause(command.duration); }
 
 void ScenarioPlayer::perform(const WaitForFile& command) {

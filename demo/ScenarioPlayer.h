@@ -26,6 +26,7 @@ private:
 
     void perform(const SendMessage& command);
     void perform(const Glide& command);
+    void perform(const Flood& command);
     void perform(const WaitDuration& command);
     void perform(const WaitForFile& command);
     void perform(const WaitForInterrupt& command);

@@ -16,9 +16,12 @@ enum class BodyFraming { contentLength, chunked, untilClose };
 /// What goes otherwise than it should when one path is asked for. Each field is a key of the same name.
 struct VendorFault {
     std::optional<int> status;
-    std::optional<std::string> redirect; ///< location; the status is then 302 unless given
-    std::optional<std::string> page;     ///< an HTML text sent in place of the body
+    std::optional<std::string> redirect;        ///< location; the status is then 302 unless given
+    std::optional<std::string> page;            ///< an HTML text sent in place of the body
+    std::uint64_t blanks = 0;                   ///< that many precede the body, made while it is sent
+    std::map<std::string, std::string> headers; ///< sent besides
 
+    bool hold = false;                                ///< nothing comes until the file "release" exists
     std::chrono::milliseconds delaySeconds{0};        ///< before the response begins; fractions count
     BodyFraming framing = BodyFraming::contentLength; ///< "content-length", "chunked" or "until-close"
     std::optional<std::uint64_t> contentLength;       ///< announced in place of the true one

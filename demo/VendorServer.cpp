@@ -48,6 +48,13 @@ Content textContent(const std::string& text, const std::string& type) {
     return {std::make_unique<std::istringstream>(text), type};
 }
 
+/// The library lets no such old protocol or digest through unless its level is lowered.
+void speakOldTls(SSL_CTX* context) {
+    SSL_CTX_set_security_level(context, 0);
+    SSL_CTX_set_min_proto_version(context, TLS1_1_VERSION);
+    SSL_CTX_set_max_proto_version(context, TLS1_1_VERSION);
+}
+
 std::string wholeText(std::istream& stream) { return {std::istreambuf_iterator<char>(stream), {}}; }
 
 } // namespace
@@ -58,6 +65,7 @@ public:
     ~Service();
 
     int port() const { return port_; }
+    std::string origin() const;
 
 private:
     void setUpHandlers();
@@ -96,6 +104,9 @@ VendorServer::Service::Service(VendorOptions options)
     if (!server_.is_valid()) {
         throw std::runtime_error("cannot use the certificate just made");
     }
+    if (options_.oldTls) {
+        speakOldTls(server_.ssl_context());
+    }
     setUpHandlers();
     bind();
     thread_ = std::thread([this] { server_.listen_after_bind(); });
@@ -109,6 +120,11 @@ VendorServer::Service::~Service() {
     stop_.give();
     server_.stop();
     thread_.join();
+}
+
+std::string VendorServer::Service::origin() const {
+    const bool isIpv6 = options_.address.find(':') != std::string::npos;
+    return "https://" + (isIpv6 ? "[" + options_.address + "]" : "localhost") + ":" + std::to_string(port_);
 }
 
 void VendorServer::Service::setUpHandlers() {
@@ -218,6 +234,12 @@ Content VendorServer::Service::contentFor(const Request& request) const {
 
 void VendorServer::Service::send(Content content, const VendorFault& fault, Response& response) {
     stop_.givenWithin(fault.delaySeconds);
+    if (fault.hold) {
+        waitForRelease(options_.folder / "release", stop_);
+    }
+    for (const auto& [name, value] : fault.headers) {
+        response.set_header(name, value);
+    }
     if (fault.redirect) {
         sendRedirect(fault, response);
         return;
@@ -272,6 +294,6 @@ VendorServer::~VendorServer() = default;
 
 int VendorServer::port() const { return service_->port(); }
 
-std::string VendorServer::origin() const { return "https://localhost:" + std::to_string(port()); }
+std::string VendorServer::origin() const { return service_->origin(); }
 
 } // namespace orvane::demo

@@ -15,6 +15,7 @@ struct VendorOptions {
     int port = 0;                   ///< 0 picks a free one
     std::vector<std::string> hosts; ///< names for which the certificate holds, besides those of this machine
     CertificateFlaw certificateFlaw = CertificateFlaw::none;
+    bool oldTls = false; ///< speaks TLS 1.1 and nothing newer
 };
 
 /// A whole vendor behind HTTPS: the engine's description, the engine files, the address for crash reports.
@@ -45,7 +46,7 @@ public:
 
     int port() const;
 
-    /// "https://localhost:PORT".
+    /// "https://localhost:PORT", or with the address in brackets where that is one of IPv6.
     std::string origin() const;
 
 private:

@@ -16,6 +16,7 @@ constexpr int kUnavailableStatus = 69;
 
 constexpr char kUsage[] =
     "Usage: VendorServer FOLDER [--host NAME]... [--address ADDRESS] [--port N] [--certificate KIND]\n"
+    "                    [--tls VERSION]\n"
     "\n"
     "Serves a vendor's HTTPS from FOLDER until SIGINT or SIGTERM. Once it listens it prints its origin and "
     "writes it\n"
@@ -25,7 +26,8 @@ constexpr char kUsage[] =
     "  --host NAME         a further name for which the certificate holds\n"
     "  --address ADDRESS   where to listen (127.0.0.1)\n"
     "  --port N            on which port; 0 picks a free one (0)\n"
-    "  --certificate KIND  good, wrong-host, expired or self-signed (good)\n";
+    "  --certificate KIND  good, wrong-host, expired or self-signed (good)\n"
+    "  --tls VERSION       current, or 1.1 alone (current)\n";
 
 class UsageError : public std::runtime_error {
 public:
@@ -42,6 +44,13 @@ CertificateFlaw flawNamed(const std::string& name) {
         throw UsageError("unknown certificate kind " + name);
     }
     return found->second;
+}
+
+bool isOldTls(const std::string& version) {
+    if (version != "current" && version != "1.1") {
+        throw UsageError("unknown TLS version " + version);
+    }
+    return version == "1.1";
 }
 
 int portIn(const std::string& text) {
@@ -62,6 +71,8 @@ void setOption(VendorOptions& options, const std::string& name, const std::strin
         options.port = portIn(value);
     } else if (name == "--certificate") {
         options.certificateFlaw = flawNamed(value);
+    } else if (name == "--tls") {
+        options.oldTls = isOldTls(value);
     } else {
         throw UsageError("unknown option " + name);
     }

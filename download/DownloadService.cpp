@@ -48,6 +48,8 @@ std::shared_ptr<DownloadTask> DownloadService::download(const platform::UrlReque
     if (targetFile == nullptr) {
         throw DownloadError::targetFileError("Could not open target file");
     }
+    // A piece is large enough to be handed to the system at once; the stream would cut it in two.
+    std::setvbuf(targetFile, nullptr, _IONBF, 0);
     auto task = std::make_shared<GenericDownloadTask>(std::move(dataTask), targetFile);
     const std::lock_guard lock(downloadTasksMutex_);
     downloadTasks_.push_back(task);
@@ -73,7 +75,7 @@ void DownloadService::didReceiveData(platform::UrlSessionDataTask& dataTask, Byt
     task->writtenBytes += static_cast<std::int64_t>(data.size());
     const double progress =
         static_cast<double>(task->writtenBytes) / static_cast<double>(task->expectedContentLength);
-    platform::mainQueueAsync([task, progress] {
+    progressQueue_.submit([task, progress] {
         if (task->progressHandler) {
             task->progressHandler(progress);
         }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Error.h"
+#include "platform/PacedMainQueue.h"
 #include "platform/UrlSession.h"
 
 #include <cstdint>
@@ -68,7 +69,8 @@ public:
 /// Streams response bodies straight into files; knows nothing of engines, digests or windows.
 ///
 /// `download` may be called from any thread. Response, data and completion run on the session's own serial
-/// queue. HTTP statuses are not looked at, failed writes are not detected, partial files stay.
+/// queue, which waits when the main thread cannot keep up with the progress. HTTP statuses are not looked at,
+/// failed writes are not detected, partial files stay.
 class DownloadService final : public platform::UrlSessionDataDelegate {
 public:
     /// The service of this process, made on first use and never destroyed.
@@ -93,7 +95,11 @@ private:
     std::shared_ptr<GenericDownloadTask> taskFor(const platform::UrlSessionDataTask& dataTask) const;
     void remove(const std::shared_ptr<GenericDownloadTask>& task);
 
+    /// 16 MiB on their way to the file are 1024 pieces of a TLS record each.
+    static constexpr std::size_t kMostProgressWaiting = 1024;
+
     std::unique_ptr<platform::UrlSession> session_;
+    platform::PacedMainQueue progressQueue_{kMostProgressWaiting};
     mutable std::mutex downloadTasksMutex_;
     std::vector<std::shared_ptr<GenericDownloadTask>> downloadTasks_; ///< in flight
 };

@@ -3,6 +3,7 @@
 #include "platform/Error.h"
 
 #include <limits>
+#include <string_view>
 
 #include <nlohmann/json.hpp>
 
@@ -45,11 +46,21 @@ std::int64_t requiredWholeNumber(const Json& document, const char* key) {
     return value.get<std::int64_t>();
 }
 
+/// A refusal says where, and leaves out the parser's own words: they quote the document, and may cut a
+/// character in two.
 Json parsed(ByteView document) {
+    const std::string what = "The document is not valid JSON: ";
+    const std::string_view text = textOf(document);
+    // The parser would take a NUL for the end of the document and let anything follow it.
+    if (const std::size_t nul = text.find('\0'); nul != std::string_view::npos) {
+        refuse(what + "a NUL at byte " + std::to_string(nul + 1));
+    }
     try {
-        return Json::parse(textOf(document));
-    } catch (const Json::exception& error) {
-        refuse(std::string("The document is not valid JSON: ") + error.what());
+        return Json::parse(text);
+    } catch (const Json::parse_error& error) {
+        refuse(what + "a syntax error at byte " + std::to_string(error.byte));
+    } catch (const Json::exception&) { // of which parsing throws no other
+        refuse(what + "a number out of range");
     }
 }
 

@@ -6,6 +6,8 @@
 #include "platform/Files.h"
 #include "platform/UrlSession.h"
 
+#include <utility>
+
 namespace orvane {
 
 namespace {
@@ -23,19 +25,20 @@ void Logger::SendCrashToOrvaneServer() {
         return;
     }
     try {
-        const Bytes log = platform::FileHandle::forReading(programLogFilePath_).readToEnd();
-        sendPayloadToOrvaneServer(crashReportPayload(log));
+        std::string payload =
+            crashReportPayload(platform::FileHandle::forReading(programLogFilePath_).readToEnd());
+        sendPayloadToOrvaneServer(std::move(payload));
     } catch (const platform::Error& error) {
         WriteProgramLog("cannot send crash report to orvane server: " + error.localizedDescription());
     }
 }
 
-void Logger::sendPayloadToOrvaneServer(const std::string& payload) {
+void Logger::sendPayloadToOrvaneServer(std::string payload) {
     const platform::UrlRequest request{
         .url = deployment_.crashReportUrl,
         .httpMethod = "POST",
         .httpHeaderFields = {{"Content-Type", "application/json"}},
-        .httpBody = payload,
+        .httpBody = std::move(payload),
         .cachePolicy = platform::CachePolicy::useProtocolCachePolicy,
         .timeoutInterval = deployment_.crashReportTimeout,
     };

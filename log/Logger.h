@@ -37,7 +37,7 @@ public:
 
 private:
     void makeCurrentTimeString();
-    void sendPayloadToOrvaneServer(const std::string& payload);
+    void sendPayloadToOrvaneServer(std::string payload);
 
     const Deployment& deployment_;
     std::optional<platform::FileHandle> logFile_;

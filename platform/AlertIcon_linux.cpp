@@ -24,7 +24,7 @@ void drawWarning(QPainter& painter) {
 /// A disc with a cross.
 void drawCritical(QPainter& painter) {
     painter.setPen(Qt::NoPen);
-    painter.setBrush(QColor(0xC6, 0x28, 0x28));
+    painter.setBrush(QColor(0xDC, 0x3B, 0x3B));
     painter.drawEllipse(QPointF(20, 20), 18, 18);
     painter.setPen(QPen(Qt::white, 4, Qt::SolidLine, Qt::RoundCap));
     painter.drawLine(QPointF(13.5, 13.5), QPointF(26.5, 26.5));

@@ -21,8 +21,8 @@ namespace orvane::platform {
 
 namespace {
 
-constexpr int kWidestText = 420;
-constexpr int kNarrowestText = 240;
+constexpr int kWidestText = 380 + 2 * kTextOverhang;
+constexpr int kNarrowestText = 240 + 2 * kTextOverhang;
 constexpr double kTallestTextOfScreen = 0.6;
 constexpr int kMargin = 24;
 constexpr int kSpacing = 16;
@@ -49,6 +49,7 @@ private:
     QWidget* makeMessage(const Alert& alert);
     QHBoxLayout* makeButtonRow(const Alert& alert);
     void addButton(QHBoxLayout& row, const std::string& title);
+    void answer(int index);
 
     QEventLoop loop_;
     int buttonCount_ = 0;
@@ -62,12 +63,12 @@ AlertDialog::AlertDialog(const Alert& alert, QWidget* parent)
     setAccessibleDescription(plainText(alert.messageText));
 
     auto* top = new QHBoxLayout;
-    top->setSpacing(kSpacing);
+    top->setSpacing(kSpacing - kTextOverhang);
     top->addWidget(new AlertIcon(alert.style, this), 0, Qt::AlignTop);
     top->addWidget(makeMessage(alert), 0, Qt::AlignVCenter);
 
     auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+    layout->setContentsMargins(kMargin, kMargin, kMargin - kTextOverhang, kMargin);
     layout->setSpacing(kSpacing);
     layout->setSizeConstraint(QLayout::SetFixedSize);
     layout->addLayout(top);
@@ -89,7 +90,7 @@ QWidget* AlertDialog::makeMessage(const Alert& alert) {
     const QString text = plainText(alert.messageText);
     WrappingLabel measure(nullptr);
     measure.setPlainText(text);
-    const int width = std::max(kNarrowestText, measure.naturalWidth(kWidestText));
+    const int width = std::max(kNarrowestText, measure.balancedWidth(kWidestText));
     auto* message = new ScrollingText(width, this);
     message->setText(text);
     const int tallest = qRound(screen()->availableGeometry().height() * kTallestTextOfScreen);
@@ -99,6 +100,7 @@ QWidget* AlertDialog::makeMessage(const Alert& alert) {
 
 QHBoxLayout* AlertDialog::makeButtonRow(const Alert& alert) {
     auto* row = new QHBoxLayout;
+    row->setContentsMargins(0, 0, kTextOverhang, 0);
     row->setSpacing(kButtonSpacing);
     row->addStretch(1);
     for (const std::string& title : alert.buttonTitles) {
@@ -115,11 +117,16 @@ void AlertDialog::addButton(QHBoxLayout& row, const std::string& title) {
         button->setDefault(true);
         button->setFocus();
     }
-    connect(button, &QPushButton::clicked, this, [this, index] {
+    connect(button, &QPushButton::clicked, this, [this, index] { answer(index); });
+    row.addWidget(button);
+}
+
+/// Assistive technology can press a button of an alert that a newer one covers; mouse and keyboard cannot.
+void AlertDialog::answer(int index) {
+    if (QApplication::activeModalWidget() == this) {
         pressedButton_ = index;
         loop_.quit();
-    });
-    row.addWidget(button);
+    }
 }
 
 /// An open menu holds mouse and keyboard and would keep the user from answering.

@@ -7,6 +7,7 @@
 #include "platform/WrappingText_linux.h"
 
 #include <QApplication>
+#include <QIcon>
 
 #include <unistd.h>
 
@@ -17,6 +18,9 @@
 namespace orvane::platform {
 
 namespace {
+
+/// The name of the desktop entry and of its icon, by which a desktop knows whose windows these are.
+constexpr const char* kDesktopFileName = "orvane-bootstrap";
 
 std::vector<std::string>& savedArguments() {
     static std::vector<std::string> arguments;
@@ -73,6 +77,16 @@ private:
     std::shared_ptr<ViewControllerBase> controller_;
 };
 
+/// The icon comes with the program, which need not be installed to be run.
+QIcon windowIcon() {
+    QIcon icon;
+    for (const int size : {16, 24, 32, 48, 64, 128}) {
+        icon.addFile(
+            QStringLiteral(":/icons/%1x%1/apps/%2.png").arg(size).arg(QLatin1String(kDesktopFileName)));
+    }
+    return icon;
+}
+
 } // namespace
 
 void applicationMain(int argumentCount, char** arguments, const std::string& windowTitle,
@@ -85,7 +99,8 @@ void applicationMain(int argumentCount, char** arguments, const std::string& win
     int programArgumentCount = 1;
     LinuxApplication application(programArgumentCount, programArguments.data());
     QApplication::setApplicationDisplayName(plainText(windowTitle));
-    QApplication::setDesktopFileName(plainText(windowTitle));
+    QApplication::setDesktopFileName(kDesktopFileName);
+    QApplication::setWindowIcon(windowIcon());
     QApplication::setQuitOnLastWindowClosed(false);
 
     const MainQueueService mainQueueService;

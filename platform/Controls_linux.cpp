@@ -7,7 +7,7 @@
 #include <QFont>
 #include <QPainter>
 #include <QPainterPath>
-#include <QPushButton>
+#include <QPen>
 
 #include <algorithm>
 #include <cmath>
@@ -18,7 +18,15 @@ namespace orvane::platform {
 namespace {
 
 constexpr int kBarHeight = 8;
-constexpr int kGrooveAlpha = 64; ///< of 255: a quarter
+constexpr int kOutlineAlpha = 160; ///< of 255: what may be done without yet stands out from the ground
+
+constexpr QSize kLeastButtonSize(96, 32);
+constexpr int kButtonPadding = 20; ///< left and right of the title
+constexpr qreal kCornerRadius = 4;
+constexpr int kHoveredAlpha = 230;
+constexpr int kPressedAlpha = 200;
+constexpr qreal kRingInset = 3;
+constexpr qreal kRingWidth = 2;
 
 /// Far inside the range of `int`, so that rounding cannot leave it.
 constexpr double kLargestWholeValue = 1e9;
@@ -72,13 +80,14 @@ void ProgressBar::setExactValue(double value) {
     refresh();
 }
 
+/// The whole way is outlined; what is done of it is filled.
 void ProgressBar::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const QRectF area = rect();
-    const QPainterPath groove = roundedBar(area);
-    painter.fillPath(groove, QColor(255, 255, 255, kGrooveAlpha));
-    painter.fillPath(groove.intersected(leftPart(area, proportion())), Qt::white);
+    painter.setPen(QColor(255, 255, 255, kOutlineAlpha));
+    painter.drawPath(roundedBar(area.adjusted(0.5, 0.5, -0.5, -0.5)));
+    painter.fillPath(roundedBar(area).intersected(leftPart(area, proportion())), Qt::white);
 }
 
 /// From 0 to 1. A value or a range that is not a number gives 0, an infinite value the end it lies beyond.
@@ -89,8 +98,55 @@ double ProgressBar::proportion() const {
 
 void ProgressBar::refresh() {
     setRange(wholeValue(lowest_), wholeValue(highest_));
+    // Qt would paint the whole window at once, for each of many values; it is to happen when there is time.
+    setUpdatesEnabled(false);
     setValue(wholeValue(lowest_ + proportion() * (highest_ - lowest_)));
+    setUpdatesEnabled(true);
     update();
+}
+
+GroundButton::GroundButton(QWidget* parent) : QPushButton(parent) { setAttribute(Qt::WA_Hover); }
+
+void GroundButton::setGround(const QColor& ground) {
+    ground_ = ground;
+    update();
+}
+
+QSize GroundButton::sizeHint() const {
+    const QSize title = fontMetrics().size(Qt::TextShowMnemonic, text());
+    return QSize(title.width() + 2 * kButtonPadding, title.height() + kButtonPadding / 2)
+        .expandedTo(kLeastButtonSize);
+}
+
+QSize GroundButton::minimumSizeHint() const { return kLeastButtonSize; }
+
+void GroundButton::paintEvent(QPaintEvent* /*event*/) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QRectF area = rect();
+    if (isEnabled()) {
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(faceColor());
+        painter.drawRoundedRect(area, kCornerRadius, kCornerRadius);
+    } else {
+        painter.setPen(QColor(255, 255, 255, kOutlineAlpha));
+        painter.drawRoundedRect(area.adjusted(0.5, 0.5, -0.5, -0.5), kCornerRadius, kCornerRadius);
+    }
+    if (hasFocus()) {
+        painter.setBrush(Qt::NoBrush);
+        painter.setPen(QPen(ground_, kRingWidth));
+        const qreal inset = kRingInset + kRingWidth / 2;
+        painter.drawRoundedRect(area.adjusted(inset, inset, -inset, -inset), kCornerRadius / 2,
+                                kCornerRadius / 2);
+    }
+    painter.setPen(isEnabled() ? ground_ : QColor(255, 255, 255, kOutlineAlpha));
+    painter.drawText(rect(), Qt::AlignCenter | Qt::TextShowMnemonic, text());
+}
+
+/// A little of the ground shows through under the mouse, more when pressed.
+QColor GroundButton::faceColor() const {
+    const int alpha = isDown() ? kPressedAlpha : underMouse() ? kHoveredAlpha : 255;
+    return {255, 255, 255, alpha};
 }
 
 LinuxTextField::LinuxTextField(ScrollingText& area, TextObserver observer)

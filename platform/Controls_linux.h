@@ -4,10 +4,9 @@
 
 #include <QColor>
 #include <QProgressBar>
+#include <QPushButton>
 
 #include <functional>
-
-class QPushButton;
 
 namespace orvane::platform {
 
@@ -35,6 +34,26 @@ private:
     double lowest_ = 0;
     double highest_ = 100;
     double value_ = 0;
+};
+
+/// The button on the window's ground, whose colour no desktop changes; so this one keeps its own colours too:
+/// white, with writing and focus ring in the colour of the ground.
+class GroundButton final : public QPushButton {
+public:
+    explicit GroundButton(QWidget* parent);
+
+    void setGround(const QColor& ground);
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    QColor faceColor() const;
+
+    QColor ground_ = Qt::black;
 };
 
 class LinuxTextField final : public TextField {

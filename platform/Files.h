@@ -34,6 +34,9 @@ public:
     /// An existing file, from its beginning, without truncating it.
     static FileHandle forWriting(const std::filesystem::path& path);
 
+    /// A file that must not exist yet, which is made.
+    static FileHandle forWritingNew(const std::filesystem::path& path);
+
     /// An existing file; each write goes whole to its end at that moment, whichever thread or process writes.
     static FileHandle forAppending(const std::filesystem::path& path);
 

@@ -119,6 +119,10 @@ FileHandle FileHandle::forWriting(const std::filesystem::path& path) {
     return {openFile(path, O_WRONLY), path};
 }
 
+FileHandle FileHandle::forWritingNew(const std::filesystem::path& path) {
+    return {openFile(path, O_WRONLY | O_CREAT | O_EXCL), path};
+}
+
 FileHandle FileHandle::forAppending(const std::filesystem::path& path) {
     return {openFile(path, O_WRONLY | O_APPEND), path};
 }

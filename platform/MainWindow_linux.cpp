@@ -9,7 +9,6 @@
 #include <QMenu>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QPushButton>
 #include <QScreen>
 #include <QShortcut>
 #include <QVBoxLayout>
@@ -21,10 +20,10 @@ namespace {
 
 constexpr QSize kWindowSize(520, 260);
 constexpr int kMargin = 24;
-constexpr int kTextWidth = kWindowSize.width() - 2 * kMargin;
+constexpr int kContentWidth = kWindowSize.width() - 2 * kMargin;
+constexpr int kTextWidth = kContentWidth + 2 * kTextOverhang;
 constexpr int kTextSpacing = 8;
 constexpr int kControlSpacing = 16;
-constexpr QSize kLeastButtonSize(96, 28);
 
 MainWindow* theMainWindow = nullptr;
 
@@ -69,10 +68,17 @@ MainWindow::MainWindow(const QString& title) {
 
     setCentralWidget(new QWidget(this));
     auto* layout = new QVBoxLayout(centralWidget());
-    layout->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+    layout->setContentsMargins(kMargin - kTextOverhang, kMargin, kMargin - kTextOverhang, kMargin);
     layout->setSpacing(0);
-    addTextsAndProgressBar(*layout);
-    addCancelButton(*layout);
+    addTexts(*layout);
+    auto* controls = new QVBoxLayout;
+    controls->setContentsMargins(kTextOverhang, 0, kTextOverhang, 0);
+    controls->setSpacing(kControlSpacing);
+    layout->addStretch(1);
+    layout->addSpacing(kControlSpacing);
+    layout->addLayout(controls);
+    addProgressBar(*controls);
+    addCancelButton(*controls);
     addQuitMenu();
     controls_.window = std::make_shared<LinuxWindow>(*this);
     controls_.layer = std::make_shared<LinuxLayer>(*this);
@@ -82,35 +88,34 @@ MainWindow::~MainWindow() { theMainWindow = nullptr; }
 
 MainWindow* MainWindow::instance() { return theMainWindow; }
 
-void MainWindow::addTextsAndProgressBar(QVBoxLayout& layout) {
+void MainWindow::addTexts(QVBoxLayout& layout) {
     auto* step = new ScrollingText(kTextWidth, this);
     auto* error = new ScrollingText(kTextWidth, this);
-    auto* bar = new ProgressBar(this);
     layout.addWidget(step);
     layout.addSpacing(kTextSpacing);
     layout.addWidget(error);
-    layout.addStretch(1);
-    layout.addSpacing(kControlSpacing);
-    layout.addWidget(bar);
 
     // A screen reader thus says what it is that progresses.
-    const auto nameBar = [bar](const std::string& stepText) { bar->setAccessibleName(plainText(stepText)); };
+    const auto nameBar = [this](const std::string& text) { bar_->setAccessibleName(plainText(text)); };
     controls_.textStep = std::make_shared<LinuxTextField>(*step, nameBar);
     controls_.textError = std::make_shared<LinuxTextField>(*error);
-    controls_.progressBar = std::make_shared<LinuxLevelIndicator>(*bar);
+}
+
+void MainWindow::addProgressBar(QVBoxLayout& layout) {
+    bar_ = new ProgressBar(this);
+    layout.addWidget(bar_);
+    controls_.progressBar = std::make_shared<LinuxLevelIndicator>(*bar_);
 }
 
 void MainWindow::addCancelButton(QVBoxLayout& layout) {
-    auto* button = new QPushButton(this);
-    button->setMinimumSize(kLeastButtonSize);
-    button->setMaximumWidth(kTextWidth);
+    cancelButton_ = new GroundButton(this);
+    cancelButton_->setMaximumWidth(kContentWidth);
     // Outside a dialog a button takes the Return key only if told so.
-    button->setAutoDefault(true);
-    button->setFocus();
-    connect(button, &QPushButton::clicked, this, [this] { callUnlessBlocked(commands_.cancel); });
-    layout.addSpacing(kControlSpacing);
-    layout.addWidget(button, 0, Qt::AlignRight);
-    controls_.cancelButton = std::make_shared<LinuxButton>(*button);
+    cancelButton_->setAutoDefault(true);
+    cancelButton_->setFocus();
+    connect(cancelButton_, &QPushButton::clicked, this, [this] { callUnlessBlocked(commands_.cancel); });
+    layout.addWidget(cancelButton_, 0, Qt::AlignRight);
+    controls_.cancelButton = std::make_shared<LinuxButton>(*cancelButton_);
 }
 
 void MainWindow::addQuitMenu() {
@@ -128,6 +133,7 @@ void MainWindow::addQuitMenu() {
 
 void MainWindow::setBackgroundColor(const QColor& color) {
     backgroundColor_ = color;
+    cancelButton_->setGround(color);
     update();
 }
 

@@ -15,6 +15,9 @@ class QVBoxLayout;
 
 namespace orvane::platform {
 
+class GroundButton;
+class ProgressBar;
+
 /// The window with its four controls. It never closes: a close request is a wish to quit. Main thread.
 class MainWindow final : public QMainWindow {
 public:
@@ -44,7 +47,8 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    void addTextsAndProgressBar(QVBoxLayout& layout);
+    void addTexts(QVBoxLayout& layout);
+    void addProgressBar(QVBoxLayout& layout);
     void addCancelButton(QVBoxLayout& layout);
     void addQuitMenu();
     void openMenu(const QPoint& globalPosition);
@@ -53,6 +57,8 @@ private:
     Commands commands_;
     std::optional<QColor> backgroundColor_;
     bool isMovableByBackground_ = false;
+    ProgressBar* bar_ = nullptr;
+    GroundButton* cancelButton_ = nullptr;
     QMenu* menu_ = nullptr;
     QAction* quitAction_ = nullptr;
 };

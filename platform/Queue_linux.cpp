@@ -7,6 +7,7 @@
 #include <QElapsedTimer>
 #include <QEvent>
 #include <QObject>
+#include <QTimerEvent>
 
 #include <deque>
 #include <exception>
@@ -26,9 +27,33 @@ namespace {
 /// How long items may follow one another before mouse, keyboard, timers and painting get their turn.
 constexpr qint64 kTurnMilliseconds = 4;
 
+/// How long items are gathered once all were served: a thread that submits one small item after the other
+/// does not wake the main thread for each. So many are not waited for, though.
+constexpr int kGatheringMilliseconds = 4;
+constexpr std::size_t kWorthServing = 128;
+
+/// Receives on the main thread the events that call for service.
+class Servant final : public QObject {
+public:
+    bool event(QEvent* event) override;
+
+    /// Lets some time pass, then tells the queue.
+    void gather() { timer_ = startTimer(kGatheringMilliseconds, Qt::PreciseTimer); }
+
+protected:
+    void timerEvent(QTimerEvent* event) override;
+
+private:
+    int timer_ = 0;
+};
+
 class MainQueue {
 public:
     void submit(std::function<void()> work);
+
+    /// Likewise, for work that the caller waits for: nothing more is gathered.
+    void submitAwaited(std::function<void()> work);
+
     void attach();
     void detach();
     bool isMainThread();
@@ -37,15 +62,19 @@ public:
     /// modal alert's) then goes on without them. Main thread.
     void serve();
 
+    /// Ends the gathering. Main thread.
+    void gathered();
+
 private:
     std::optional<std::function<void()>> takeNext();
     void callForService();
 
     std::mutex mutex_;
     std::deque<std::function<void()>> items_;
-    std::unique_ptr<QObject> servant_; ///< receives the events that call for service; absent while detached
+    std::unique_ptr<Servant> servant_; ///< absent while detached
     std::thread::id mainThread_;
     bool serviceIsCalled_ = false;
+    bool isGathering_ = false; ///< all items were served a moment ago
 
     bool isServing_ = false; ///< main thread alone
 };
@@ -61,18 +90,28 @@ QEvent::Type serviceEventType() {
     return static_cast<QEvent::Type>(type);
 }
 
-class Servant final : public QObject {
-public:
-    bool event(QEvent* event) override {
-        if (event->type() != serviceEventType()) {
-            return QObject::event(event);
-        }
-        mainQueue().serve();
-        return true;
+bool Servant::event(QEvent* event) {
+    if (event->type() != serviceEventType()) {
+        return QObject::event(event);
     }
-};
+    mainQueue().serve();
+    return true;
+}
+
+void Servant::timerEvent(QTimerEvent* /*event*/) {
+    killTimer(timer_);
+    mainQueue().gathered();
+}
 
 void MainQueue::submit(std::function<void()> work) {
+    const std::lock_guard lock(mutex_);
+    items_.push_back(std::move(work));
+    if (!isGathering_ || items_.size() >= kWorthServing) {
+        callForService();
+    }
+}
+
+void MainQueue::submitAwaited(std::function<void()> work) {
     const std::lock_guard lock(mutex_);
     items_.push_back(std::move(work));
     callForService();
@@ -89,6 +128,7 @@ void MainQueue::detach() {
     const std::lock_guard lock(mutex_);
     servant_.reset();
     serviceIsCalled_ = false;
+    isGathering_ = false;
 }
 
 bool MainQueue::isMainThread() {
@@ -117,6 +157,16 @@ void MainQueue::serve() {
     isServing_ = false;
 
     const std::lock_guard lock(mutex_);
+    if (items_.empty() && servant_ && !isGathering_) {
+        isGathering_ = true;
+        servant_->gather();
+    }
+    callForService();
+}
+
+void MainQueue::gathered() {
+    const std::lock_guard lock(mutex_);
+    isGathering_ = false;
     callForService();
 }
 
@@ -173,7 +223,7 @@ void runOnMainThreadAndWait(const std::function<void()>& work) {
     }
     // Owned by the item as well, which may still be inside set_value when the caller goes on.
     const auto done = std::make_shared<std::promise<void>>();
-    mainQueueAsync([&work, done] {
+    mainQueue().submitAwaited([&work, done] {
         work();
         done->set_value();
     });

@@ -1,6 +1,7 @@
 #include "platform/UrlSession.h"
 
 #include "platform/Foundation_mac.h"
+#include "platform/Url.h"
 
 #include <map>
 #include <mutex>
@@ -27,7 +28,8 @@ class RunningTasks {
 class MacDataTask final : public UrlSessionDataTask, public std::enable_shared_from_this<MacDataTask> {
   public:
     MacDataTask(NSURLSessionDataTask* task, std::shared_ptr<RunningTasks> runningTasks)
-        : task_(task), runningTasks_(std::move(runningTasks)) {}
+        : task_(task), runningTasks_(std::move(runningTasks)),
+          refusalToBegin_(refusalOfAddress(originalRequestUrl().value_or(std::string()))) {}
 
     std::optional<std::string> originalRequestUrl() const override {
         @autoreleasepool {
@@ -38,7 +40,11 @@ class MacDataTask final : public UrlSessionDataTask, public std::enable_shared_f
 
     void resume() override {
         runningTasks_->add(shared_from_this());
-        [task_ resume];
+        if (refusalToBegin_) {
+            [task_ cancel];
+        } else {
+            [task_ resume];
+        }
     }
 
     void suspend() override { [task_ suspend]; }
@@ -50,9 +56,22 @@ class MacDataTask final : public UrlSessionDataTask, public std::enable_shared_f
 
     NSUInteger identifier() const { return task_.taskIdentifier; }
 
+    /// Whether the task may go there. The session's queue alone, as the next.
+    bool follow(NSURLRequest* request) {
+        redirectRefusal_ = refusalOfAddress(fromNSString(request.URL.absoluteString));
+        return !redirectRefusal_;
+    }
+
+    /// What stands in place of the system's error where it was we who ended the task.
+    const std::optional<Error>& refusal() const {
+        return redirectRefusal_ ? redirectRefusal_ : refusalToBegin_;
+    }
+
   private:
     NSURLSessionDataTask* const task_;
     const std::shared_ptr<RunningTasks> runningTasks_;
+    const std::optional<Error> refusalToBegin_;
+    std::optional<Error> redirectRefusal_;
 };
 
 void RunningTasks::add(const std::shared_ptr<MacDataTask>& task) {
@@ -110,13 +129,26 @@ using namespace orvane;
 @implementation OrvaneSessionDelegate
 
 - (void)URLSession:(NSURLSession*)session
+                          task:(NSURLSessionTask*)task
+    willPerformHTTPRedirection:(NSHTTPURLResponse*)response
+                    newRequest:(NSURLRequest*)request
+             completionHandler:(void (^)(NSURLRequest*))completionHandler {
+    const auto redirected = runningTasks->find(task);
+    const bool isFollowed = redirected && redirected->follow(request);
+    if (!isFollowed) {
+        [task cancel];
+    }
+    completionHandler(isFollowed ? request : nil);
+}
+
+- (void)URLSession:(NSURLSession*)session
               dataTask:(NSURLSessionDataTask*)dataTask
     didReceiveResponse:(NSURLResponse*)response
      completionHandler:(void (^)(NSURLSessionResponseDisposition))completionHandler {
     const auto receiver = delegate.lock();
     const auto task = runningTasks->find(dataTask);
     auto disposition = platform::ResponseDisposition::allow;
-    if (receiver && task) {
+    if (receiver && task && !task->refusal()) {
         disposition = receiver->didReceiveResponse(*task, response.expectedContentLength);
     }
     completionHandler(disposition == platform::ResponseDisposition::allow ? NSURLSessionResponseAllow
@@ -128,7 +160,7 @@ using namespace orvane;
     didReceiveData:(NSData*)data {
     const auto receiver = delegate.lock();
     const auto task = runningTasks->find(dataTask);
-    if (receiver && task) {
+    if (receiver && task && !task->refusal()) {
         receiver->didReceiveData(*task, {static_cast<const std::byte*>(data.bytes), data.length});
     }
 }
@@ -137,8 +169,9 @@ using namespace orvane;
     const auto receiver = delegate.lock();
     const auto completed = runningTasks->take(task);
     if (receiver && completed) {
-        receiver->didComplete(*completed,
-                              error == nil ? std::nullopt : std::optional(platform::fromNSError(error)));
+        const auto systemsError = error == nil ? std::nullopt : std::optional(platform::fromNSError(error));
+        const auto refusal = completed->refusal();
+        receiver->didComplete(*completed, refusal ? refusal : systemsError);
     }
 }
 

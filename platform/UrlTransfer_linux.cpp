@@ -2,6 +2,7 @@
 
 #include "platform/ProgrammingError.h"
 #include "platform/TrustedAuthorities_linux.h"
+#include "platform/Url.h"
 
 #include <charconv>
 #include <openssl/ssl.h>
@@ -14,6 +15,27 @@ namespace {
 
 constexpr long kMostRedirects = 20;
 constexpr long kReceiveBufferSize = 512L << 10; // the largest the library admits
+
+using UrlParts = std::unique_ptr<CURLU, decltype(&curl_url_cleanup)>;
+
+UrlParts partsOf(const char* url) {
+    UrlParts parts(curl_url(), &curl_url_cleanup);
+    if (url == nullptr ||
+        curl_url_set(parts.get(), CURLUPART_URL, url, CURLU_NON_SUPPORT_SCHEME) != CURLUE_OK) {
+        parts.reset();
+    }
+    return parts;
+}
+
+/// Empty where there is no such part.
+std::string part(const UrlParts& parts, CURLUPart which) {
+    char* text = nullptr;
+    if (!parts || curl_url_get(parts.get(), which, &text, 0) != CURLUE_OK) {
+        return {};
+    }
+    const std::unique_ptr<char, decltype(&curl_free)> owned(text, &curl_free);
+    return text;
+}
 
 /// A delegate has nobody above it to whom an exception could go.
 template <typename Call>
@@ -156,7 +178,10 @@ void UrlTransfer::begin() {
     hasBegun_ = true;
     isHeldBack_ = false;
     lastMovement_ = Clock::now();
-    if (setUpResult_ != CURLE_OK) {
+    addressRefusal_ = refusalOfAddress(task_->request().url);
+    if (addressRefusal_) {
+        complete(CURLE_UNSUPPORTED_PROTOCOL);
+    } else if (setUpResult_ != CURLE_OK) {
         complete(setUpResult_);
     } else if (curl_multi_add_handle(multi_, easy_.get()) != CURLM_OK) {
         complete(CURLE_FAILED_INIT);
@@ -217,19 +242,31 @@ std::size_t UrlTransfer::onBody(char* data, std::size_t size, std::size_t count,
 }
 
 std::size_t UrlTransfer::headerArrived(std::string_view line) {
-    const bool isEndOfHeaders = line == "\r\n" || line == "\n";
-    if (isEndOfHeaders && isFinalResponse()) {
-        isRefused_ = !deliverResponse();
-    }
-    return isRefused_ ? 0 : line.size();
-}
-
-/// Not a preliminary one, nor one that sends us elsewhere.
-bool UrlTransfer::isFinalResponse() const {
     long status = 0;
     curl_easy_getinfo(easy_.get(), CURLINFO_RESPONSE_CODE, &status);
-    const bool isRedirect = status >= 300 && status < 400 && !responseHeader("Location").empty();
-    return status >= 200 && !isRedirect;
+    const bool isPreliminary = status < 200;
+    const bool isEndOfHeaders = line == "\r\n" || line == "\n";
+    if (!isEndOfHeaders || isPreliminary) {
+        return line.size();
+    }
+    if (isRedirect(status)) {
+        addressRefusal_ = refusalOfAddress(redirectTarget());
+    } else {
+        isRefused_ = !deliverResponse();
+    }
+    return isRefused_ || addressRefusal_ ? 0 : line.size();
+}
+
+bool UrlTransfer::isRedirect(long status) const {
+    return status >= 300 && status < 400 && !responseHeader("Location").empty();
+}
+
+/// Seen from where we are. One that makes no address is left to the library, which says so.
+std::string UrlTransfer::redirectTarget() const {
+    const UrlParts parts = partsOf(effectiveUrl());
+    curl_url_set(parts.get(), CURLUPART_URL, responseHeader("Location").c_str(),
+                 CURLU_URLENCODE | CURLU_NON_SUPPORT_SCHEME);
+    return part(parts, CURLUPART_URL);
 }
 
 bool UrlTransfer::deliverResponse() {
@@ -273,31 +310,27 @@ std::size_t UrlTransfer::bodyArrived(ByteView data) {
 }
 
 std::optional<Error> UrlTransfer::errorOf(CURLcode result) const {
+    if (addressRefusal_) {
+        return addressRefusal_;
+    }
     const bool isCancelled = isRefused_ || task_->isCancelled();
     const CURLcode code = isCancelled ? CURLE_ABORTED_BY_CALLBACK : result;
     if (code == CURLE_OK) {
         return std::nullopt;
     }
     std::string description = errorSentence(code, isCancelled, errorText_.data());
-    if (const std::string name = host(); !name.empty() && description.find(name) == std::string::npos) {
-        description += " (" + name + ")";
+    const std::string host = part(partsOf(effectiveUrl()), CURLUPART_HOST);
+    if (!host.empty() && description.find(host) == std::string::npos) {
+        description += " (" + host + ")";
     }
     return Error("libcurl", code, description);
 }
 
-/// Of the URL last gone to; empty when it has none.
-std::string UrlTransfer::host() const {
+/// The one last gone to.
+const char* UrlTransfer::effectiveUrl() const {
     const char* url = nullptr;
     curl_easy_getinfo(easy_.get(), CURLINFO_EFFECTIVE_URL, &url);
-    const std::unique_ptr<CURLU, decltype(&curl_url_cleanup)> parts(curl_url(), &curl_url_cleanup);
-    char* name = nullptr;
-    if (url == nullptr ||
-        curl_url_set(parts.get(), CURLUPART_URL, url, CURLU_NON_SUPPORT_SCHEME) != CURLUE_OK ||
-        curl_url_get(parts.get(), CURLUPART_HOST, &name, 0) != CURLUE_OK) {
-        return {};
-    }
-    const std::unique_ptr<char, decltype(&curl_free)> owned(name, &curl_free);
-    return name;
+    return url;
 }
 
 } // namespace orvane::platform

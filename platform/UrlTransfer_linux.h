@@ -54,13 +54,14 @@ private:
 
     std::size_t headerArrived(std::string_view line);
     std::size_t bodyArrived(ByteView data);
-    bool isFinalResponse() const;
+    bool isRedirect(long status) const;
+    std::string redirectTarget() const;
     bool deliverResponse();
     std::string responseHeader(const char* name) const;
     std::int64_t expectedContentLength() const;
     curl_off_t bytesMoved() const;
     std::optional<Error> errorOf(CURLcode result) const;
-    std::string host() const;
+    const char* effectiveUrl() const;
 
     static std::size_t onHeader(char* data, std::size_t size, std::size_t count, void* transfer);
     static std::size_t onBody(char* data, std::size_t size, std::size_t count, void* transfer);
@@ -82,8 +83,9 @@ private:
 
     CURLcode setUpResult_ = CURLE_OK;
     bool hasBegun_ = false;
-    bool isHeldBack_ = false; ///< its task was seen suspended since it last went on
-    bool isRefused_ = false;  ///< the delegate did not want the response
+    bool isHeldBack_ = false;             ///< its task was seen suspended since it last went on
+    bool isRefused_ = false;              ///< the delegate did not want the response
+    std::optional<Error> addressRefusal_; ///< of the address asked for, or of one we were sent to
     bool isComplete_ = false;
     curl_off_t bytesMoved_ = 0;
     Clock::time_point lastMovement_ = Clock::now();

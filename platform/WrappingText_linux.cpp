@@ -1,6 +1,7 @@
 #include "platform/WrappingText_linux.h"
 
 #include <QAccessibleWidget>
+#include <QKeyEvent>
 #include <QPainter>
 #include <QScrollBar>
 #include <QTextBoundaryFinder>
@@ -13,6 +14,16 @@
 namespace orvane::platform {
 
 namespace {
+
+/// A bar as slim as it is plain: nothing but the handle, in the colour of the text. Its right margin is the
+/// text's overhang, so that the handle ends where the lines may end.
+constexpr const char* kScrollBarLook = R"(
+    QScrollBar:vertical { width: 14px; margin: 0; border: none; background: transparent; }
+    QScrollBar::handle:vertical { min-height: 20px; margin-right: 8px; border-radius: 3px;
+                                  background: %1; }
+    QScrollBar::add-line, QScrollBar::sub-line { height: 0; }
+    QScrollBar::add-page, QScrollBar::sub-page { background: none; }
+)";
 
 constexpr int kFewestLinesShown = 3;
 constexpr qreal kLineSpacing = 1.15; ///< of the font's own line height
@@ -78,7 +89,7 @@ QSizeF breakLines(QTextLayout& layout, qreal width) {
         line.setLineWidth(width);
         line.setPosition(QPointF(0, taken.height()));
         taken = QSizeF(std::max(taken.width(), line.naturalTextWidth()),
-                       taken.height() + line.height() * kLineSpacing);
+                       taken.height() + std::ceil(line.height() * kLineSpacing));
     }
     layout.endLayout();
     return taken;
@@ -115,7 +126,16 @@ void WrappingLabel::setPlainText(const QString& text) {
     update();
 }
 
-int WrappingLabel::naturalWidth(int maximumWidth) const { return roundedUp(sizeTaken(maximumWidth).width()); }
+int WrappingLabel::balancedWidth(int maximumWidth) const {
+    const int height = heightForWidth(maximumWidth);
+    int tooNarrow = 0;
+    int wideEnough = maximumWidth;
+    while (wideEnough - tooNarrow > 1) {
+        const int middle = (tooNarrow + wideEnough) / 2;
+        (heightForWidth(middle) > height ? tooNarrow : wideEnough) = middle;
+    }
+    return wideEnough;
+}
 
 int WrappingLabel::heightForWidth(int width) const { return roundedUp(sizeTaken(width).height()); }
 
@@ -126,7 +146,7 @@ QSize WrappingLabel::minimumSizeHint() const { return {0, 0}; }
 void WrappingLabel::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     painter.setPen(palette().color(foregroundRole()));
-    layOut(width(), [&](const QTextLayout& layout) { layout.draw(&painter, QPointF(0, 0)); });
+    layOut(width(), [&](const QTextLayout& layout) { layout.draw(&painter, QPointF(kTextOverhang, 0)); });
 }
 
 template <typename Use>
@@ -136,7 +156,7 @@ QSizeF WrappingLabel::layOut(int width, Use use) const {
     }
     QTextLayout layout(shownText_, font(), this);
     layout.setTextOption(wrappingOption(shownText_));
-    const QSizeF taken = breakLines(layout, std::max(1, width));
+    const QSizeF taken = breakLines(layout, std::max(1, width - 2 * kTextOverhang));
     use(layout);
     return taken;
 }
@@ -154,6 +174,7 @@ ScrollingText::ScrollingText(int textWidth, QWidget* parent)
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setWidgetResizable(true);
     setWidget(label_);
+    setTextColor(label_->palette().color(label_->foregroundRole()));
     label_->setAutoFillBackground(false);
     viewport()->setAutoFillBackground(false);
     connect(verticalScrollBar(), &QScrollBar::rangeChanged, this,
@@ -170,6 +191,7 @@ void ScrollingText::setTextColor(const QColor& color) {
     QPalette colors = label_->palette();
     colors.setColor(label_->foregroundRole(), color);
     label_->setPalette(colors);
+    verticalScrollBar()->setStyleSheet(QString::fromLatin1(kScrollBarLook).arg(color.name()));
 }
 
 void ScrollingText::setTextFont(const QFont& font) {
@@ -180,8 +202,7 @@ void ScrollingText::setTextFont(const QFont& font) {
 QSize ScrollingText::sizeHint() const { return {textWidth_, preferredHeight_}; }
 
 QSize ScrollingText::minimumSizeHint() const {
-    const qreal fewestLines = kFewestLinesShown * kLineSpacing * label_->fontMetrics().height();
-    return {textWidth_, std::min(roundedUp(fewestLines), preferredHeight_)};
+    return {textWidth_, std::min(kFewestLinesShown * lineHeight(), preferredHeight_)};
 }
 
 void ScrollingText::paintEvent(QPaintEvent* /*event*/) {
@@ -192,10 +213,36 @@ void ScrollingText::paintEvent(QPaintEvent* /*event*/) {
     }
 }
 
+void ScrollingText::resizeEvent(QResizeEvent* event) {
+    showWholeLines();
+    QScrollArea::resizeEvent(event);
+}
+
+/// A scroll area knows the keys for lines and pages by itself.
+void ScrollingText::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Home) {
+        verticalScrollBar()->setValue(verticalScrollBar()->minimum());
+    } else if (event->key() == Qt::Key_End) {
+        verticalScrollBar()->setValue(verticalScrollBar()->maximum());
+    } else {
+        QScrollArea::keyPressEvent(event);
+    }
+}
+
 void ScrollingText::measure() {
     preferredHeight_ = label_->heightForWidth(textWidth_);
     updateGeometry();
+    showWholeLines();
 }
+
+/// Of a text that scrolls no line is cut through at the lower edge.
+void ScrollingText::showWholeLines() {
+    const bool scrolls = preferredHeight_ > height();
+    setViewportMargins(0, 0, 0, scrolls ? height() % lineHeight() : 0);
+    verticalScrollBar()->setSingleStep(lineHeight());
+}
+
+int ScrollingText::lineHeight() const { return roundedUp(kLineSpacing * label_->fontMetrics().height()); }
 
 /// The keyboard does not stay with a text that it no longer reaches.
 void ScrollingText::setReachableByKeyboard(bool reachable) {

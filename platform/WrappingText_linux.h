@@ -7,6 +7,9 @@
 
 namespace orvane::platform {
 
+/// Left and right of its lines a text area keeps this much for letters that reach beyond their own width.
+inline constexpr int kTextOverhang = 8;
+
 /// The text as Qt holds it; what is not UTF-8 shows as replacement characters.
 QString plainText(const std::string& text);
 
@@ -21,8 +24,9 @@ public:
     /// The only way to set the text; what assistive technology reads stays exactly `text`.
     void setPlainText(const QString& text);
 
-    /// How wide the text's longest line is when no line may exceed `maximumWidth`.
-    int naturalWidth(int maximumWidth) const;
+    /// Widths include the overhang on both sides. The least width, up to `maximumWidth`, at which the text
+    /// needs no more lines than at that one.
+    int balancedWidth(int maximumWidth) const;
 
     int heightForWidth(int width) const override;
     QSize sizeHint() const override;
@@ -56,9 +60,13 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
 
 private:
     void measure();
+    void showWholeLines();
+    int lineHeight() const;
     void setReachableByKeyboard(bool reachable);
 
     WrappingLabel* label_;

@@ -8,6 +8,7 @@
 #include "verify/Shell.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace orvane {
 
@@ -78,36 +79,138 @@ std::optional<Bytes> keyBytes(std::string_view hexaKey) {
     return key;
 }
 
+/// How many bytes hold the key a whole number of times, and at least `atLeast`.
+std::size_t wholeKeys(std::size_t keyLength, std::size_t atLeast) {
+    return keyLength == 0 ? atLeast : (atLeast + keyLength - 1) / keyLength * keyLength;
+}
+
 /// The key written out until it fills a block that is worth a vector loop, whatever the key's length.
 Bytes repeatedKey(const Bytes& key) {
     constexpr std::size_t worthwhileBlock = 2048;
     Bytes block;
-    do {
+    for (std::size_t left = wholeKeys(key.size(), worthwhileBlock); !key.empty() && left > 0;
+         left -= key.size()) {
         block.insert(block.end(), key.begin(), key.end());
-    } while (block.size() < worthwhileBlock);
+    }
     return block;
 }
 
+/// Walks along content and key block side by side and yields what they make together, so that a vector can
+/// be filled in one go through memory and not with zeros before.
+class TransformedBytes {
+public:
+    using iterator_category = std::random_access_iterator_tag;
+    using value_type = std::byte;
+    using difference_type = std::ptrdiff_t;
+    using pointer = const std::byte*;
+    using reference = std::byte;
+
+    TransformedBytes(const std::byte* content, const std::byte* block) : content_(content), block_(block) {}
+
+    std::byte operator*() const { return *content_ ^ *block_; }
+    TransformedBytes& operator+=(difference_type count) {
+        content_ += count;
+        block_ += count;
+        return *this;
+    }
+    TransformedBytes& operator++() { return *this += 1; }
+    TransformedBytes& operator--() { return *this += -1; }
+    difference_type operator-(const TransformedBytes& other) const { return content_ - other.content_; }
+    bool operator==(const TransformedBytes& other) const { return content_ == other.content_; }
+
+private:
+    const std::byte* content_;
+    const std::byte* block_;
+};
+
 Bytes transformed(ByteView content, const Bytes& key) {
     const Bytes block = repeatedKey(key);
-    Bytes output(content.size());
-    for (std::size_t start = 0; start < content.size(); start += block.size()) {
-        const std::size_t count = std::min(block.size(), content.size() - start);
-        std::transform(content.begin() + static_cast<std::ptrdiff_t>(start),
-                       content.begin() + static_cast<std::ptrdiff_t>(start + count), block.begin(),
-                       output.begin() + static_cast<std::ptrdiff_t>(start),
-                       [](std::byte contentByte, std::byte blockByte) { return contentByte ^ blockByte; });
+    Bytes output;
+    output.reserve(content.size());
+    while (!content.empty()) {
+        const std::size_t count = std::min(block.size(), content.size());
+        const TransformedBytes piece(content.data(), block.data());
+        output.insert(output.end(), piece, TransformedBytes(piece) += static_cast<std::ptrdiff_t>(count));
+        content = content.subspan(count);
     }
     return output;
 }
 
-void writeNewEngine(const std::filesystem::path& plainFileUrl, ByteView engine) {
+void transformInPlace(std::span<std::byte> content, const Bytes& block) {
+    while (!content.empty()) {
+        const auto piece = content.first(std::min(block.size(), content.size()));
+        std::transform(piece.begin(), piece.end(), block.begin(), piece.begin(),
+                       [](std::byte contentByte, std::byte blockByte) { return contentByte ^ blockByte; });
+        content = content.subspan(piece.size());
+    }
+}
+
+/// The key for so many bytes of content, or why there is none. Empty only for no content.
+struct KeyForContent {
+    int code = kXorSuccess;
+    Bytes bytes = {};
+};
+
+KeyForContent keyForContent(std::size_t contentSize, std::string_view hexaKey) {
+    const std::size_t characters = characterCount(hexaKey);
+    if (characters % 2 != 0) {
+        return {.code = kXorOddKey};
+    }
+    if (contentSize < characters / 2) {
+        return {.code = kXorContentTooShort};
+    }
+    auto key = keyBytes(hexaKey);
+    if (!key) {
+        return {.code = kXorKeyNotHexadecimal};
+    }
+    if (key->empty() && contentSize > 0) {
+        programmingError("content cannot be deciphered with an empty key");
+    }
+    return {.bytes = std::move(*key)};
+}
+
+/// Does `work` on the plain engine's file. What fails for a file that was not there before was not expected
+/// to.
+template <typename Work>
+auto surelyIf(bool isNew, Work work) {
     try {
-        platform::writeNewFile(plainFileUrl, engine);
+        return work();
     } catch (const platform::Error& error) {
+        if (!isNew) {
+            throw;
+        }
         programmingError("OrvaneBootstrap/crypto line 181: unexpected error: " +
                          error.localizedDescription());
     }
+}
+
+/// The plain engine's file, to be written from its beginning.
+class PlainEngine {
+public:
+    explicit PlainEngine(const std::filesystem::path& url)
+        : isNew_(!platform::fileExists(url)), file_(surelyIf(isNew_, [this, &url] {
+              return isNew_ ? platform::FileHandle::forWritingNew(url)
+                            : platform::FileHandle::forWriting(url);
+          })) {}
+
+    void write(ByteView piece) const {
+        surelyIf(isNew_, [this, piece] { file_.write(piece); });
+    }
+
+private:
+    const bool isNew_;
+    const platform::FileHandle file_;
+};
+
+/// As many bytes as `buffer` has room for and `left` and the file have, from the file's current position.
+std::span<std::byte> nextPiece(const platform::FileHandle& file, std::span<std::byte> buffer,
+                               std::uint64_t left) {
+    buffer = buffer.first(std::min<std::uint64_t>(buffer.size(), left));
+    std::size_t filled = 0;
+    while (const std::size_t count = file.read(buffer.subspan(filled))) {
+        filled += count;
+    }
+    return buffer.first(filled);
 }
 
 } // namespace
@@ -144,40 +247,32 @@ std::string hexEncodedString(ByteView bytes) {
 
 XorResult computeXOREncryption(std::optional<ByteView> content, std::string_view hexaKey) {
     const ByteView bytes = content.value_or(ByteView());
-    const std::size_t characters = characterCount(hexaKey);
-    if (characters % 2 != 0) {
-        return {.code = kXorOddKey};
+    const KeyForContent key = keyForContent(bytes.size(), hexaKey);
+    if (key.code != kXorSuccess) {
+        return {.code = key.code};
     }
-    if (bytes.size() < characters / 2) {
-        return {.code = kXorContentTooShort};
-    }
-    const auto key = keyBytes(hexaKey);
-    if (!key) {
-        return {.code = kXorKeyNotHexadecimal};
-    }
-    if (bytes.empty()) {
-        return {.code = kXorSuccess, .data = Bytes()};
-    }
-    if (key->empty()) {
-        programmingError("content cannot be deciphered with an empty key");
-    }
-    return {.code = kXorSuccess, .data = transformed(bytes, *key)};
+    return {.code = kXorSuccess, .data = transformed(bytes, key.bytes)};
 }
 
 int decryptXORFile(const FileDownloadInfo& downloadInfo, const std::filesystem::path& plainFileUrl,
                    const std::filesystem::path& encFileUrl) {
     const platform::FileHandle encFile = platform::FileHandle::forReading(encFileUrl);
     // A description that announces less than nothing has no content to decipher.
-    const auto size = static_cast<std::uint64_t>(std::max<std::int64_t>(downloadInfo.Size, 0));
-    const Bytes content = encFile.readUpToCount(size);
-    const XorResult result = computeXOREncryption(content, downloadInfo.Checksum);
-    if (result.code != kXorSuccess) {
-        return result.code;
+    auto left = static_cast<std::uint64_t>(std::max<std::int64_t>(downloadInfo.Size, 0));
+    // No piece but the last ends within the key, and the first one is long enough to judge the key by.
+    Bytes buffer(wholeKeys(characterCount(downloadInfo.Checksum) / 2, kReadChunk));
+    auto piece = nextPiece(encFile, buffer, left);
+    const KeyForContent key = keyForContent(piece.size(), downloadInfo.Checksum);
+    if (key.code != kXorSuccess) {
+        return key.code;
     }
-    if (platform::fileExists(plainFileUrl)) {
-        platform::FileHandle::forWriting(plainFileUrl).write(*result.data);
-    } else {
-        writeNewEngine(plainFileUrl, *result.data);
+    const PlainEngine plainFile(plainFileUrl);
+    const Bytes block = repeatedKey(key.bytes);
+    while (!piece.empty()) {
+        transformInPlace(piece, block);
+        plainFile.write(piece);
+        left -= piece.size();
+        piece = nextPiece(encFile, buffer, left);
     }
     return kXorSuccess;
 }

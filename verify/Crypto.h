@@ -41,12 +41,12 @@ struct XorResult {
 XorResult computeXOREncryption(std::optional<ByteView> content, std::string_view hexaKey);
 
 /// Deciphers the first `downloadInfo.Size` bytes of the file at `encFileUrl` with the plain engine's digest
-/// as the key, into `plainFileUrl`. Returns the transform's code; only on 0 anything was written.
+/// as the key, into `plainFileUrl`. Returns the transform's code; only on 0 anything was written. Works
+/// through some 1 MiB at a time, so memory does not grow with the engine.
 ///
 /// An existing plain file is written over from its beginning and not truncated: what was longer keeps its
 /// tail, which the digest check then finds. Throws `platform::Error` when a file cannot be opened, read or
-/// written over; a new plain file that cannot be written is a programming error. Holds the content twice in
-/// memory.
+/// written over; a new plain file that cannot be written is a programming error.
 int decryptXORFile(const FileDownloadInfo& downloadInfo, const std::filesystem::path& plainFileUrl,
                    const std::filesystem::path& encFileUrl);
 

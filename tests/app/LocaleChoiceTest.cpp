@@ -87,6 +87,13 @@ TEST_F(LocaleChoiceTest, AnUnknownTextIsNamedByItsIdentifier) {
               "undefined text: -9223372036854775808");
 }
 
+TEST_F(LocaleChoiceTest, TheLargestIdentifierThatHasAKeyIsAnUnknownTextLikeAnyOther) {
+    chooseFor("fr_CH");
+    constexpr std::int64_t largest = std::numeric_limits<std::int64_t>::max() - language::kFrench;
+    EXPECT_EQ(controller->loadTranslatedString(largest), "undefined text: 9223372036854774807");
+    EXPECT_DEATH(controller->loadTranslatedString(largest + 1), "identifier");
+}
+
 TEST_F(LocaleChoiceTest, BeforeTheChoiceEveryTextIsUnknown) {
     EXPECT_EQ(controller->loadTranslatedString(0), "undefined text: 0");
 }

@@ -83,6 +83,14 @@ TEST_F(SampleEngine, GlidesThroughEachPositionBothWays) {
     }
 }
 
+TEST_F(SampleEngine, FloodsWithNumberedSteps) {
+    play("flood 3  mots\nflood 0\nend 0\n");
+    for (const char* step : {"1 mots", "2 mots", "3 mots"}) {
+        EXPECT_EQ(service_.receive(), Message(1, step));
+    }
+    EXPECT_EQ(service_.receive(), Message(3, "0"));
+}
+
 TEST_F(SampleEngine, EndsWithTheStatusOfTheScenario) {
     play("exit 9\nstep never\n");
     EXPECT_EQ(engine_.waitUntilExit(), 9);

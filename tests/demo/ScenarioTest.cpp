@@ -80,6 +80,13 @@ TEST(Scenario, ReadsWaitsFilesAndEnds) {
     EXPECT_EQ(std::get<ExitWith>(commands[8]).status, 7);
 }
 
+TEST(Scenario, ReadsAFlood) {
+    const Flood flood = std::get<Flood>(frenchScenario("flood 3  times | fois").at(0));
+    EXPECT_EQ(flood.count, 3);
+    EXPECT_EQ(flood.text, " times | fois");
+    EXPECT_EQ(failureOf("flood"), "line 1: \"\" is not a number");
+}
+
 TEST(Scenario, SkipsBlankLinesAndComments) { EXPECT_EQ(frenchScenario("\n# step no\nend 0\n\n").size(), 1U); }
 
 TEST(Scenario, PlaysTheSectionOfTheStepOrElseTheBeginning) {

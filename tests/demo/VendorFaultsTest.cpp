@@ -19,7 +19,7 @@ TEST(VendorFaults, AreNoneWithoutAFile) { EXPECT_TRUE(readVendorFaults("/nonexis
 TEST(VendorFaults, AreReadForEachPath) {
     const auto faults = faultsIn(R"({"/a": {"status": 503, "delaySeconds": 1.5, "page": "p", "redirect": "r",
         "framing": "chunked", "contentLength": 1, "gzip": true, "dropAfterBytes": 2, "stallAfterBytes": 3,
-        "bytesPerSecond": 4}, "/b": {"framing": "until-close"}, "/c": {}})");
+        "bytesPerSecond": 4, "blanks": 5, "headers": {"X-Cache": "stale"}, "hold": true}, "/b": {"framing": "until-close"}, "/c": {}})");
     ASSERT_EQ(faults.size(), 3U);
     const VendorFault& fault = faults.at("/a");
     EXPECT_EQ(fault.status, 503);
@@ -32,6 +32,9 @@ TEST(VendorFaults, AreReadForEachPath) {
     EXPECT_EQ(fault.dropAfterBytes, 2U);
     EXPECT_EQ(fault.stallAfterBytes, 3U);
     EXPECT_EQ(fault.bytesPerSecond, 4U);
+    EXPECT_EQ(fault.blanks, 5U);
+    EXPECT_EQ(fault.headers, (std::map<std::string, std::string>{{"X-Cache", "stale"}}));
+    EXPECT_TRUE(fault.hold);
     EXPECT_EQ(faults.at("/b").framing, BodyFraming::untilClose);
     EXPECT_EQ(faults.at("/c").framing, BodyFraming::contentLength);
     EXPECT_EQ(faults.at("/c").status, std::nullopt);
@@ -41,6 +44,7 @@ TEST(VendorFaults, OfAnUnknownKindOrFormAreRefused) {
     EXPECT_THROW(faultsIn(R"({"/a": {"mood": 1}})"), VendorFaultError);
     EXPECT_THROW(faultsIn(R"({"/a": {"framing": "loose"}})"), VendorFaultError);
     EXPECT_THROW(faultsIn(R"({"/a": {"status": "503"}})"), VendorFaultError);
+    EXPECT_THROW(faultsIn(R"({"/a": {"headers": "X-Cache: stale"}})"), VendorFaultError);
     EXPECT_THROW(faultsIn(R"({"/a": 1})"), VendorFaultError);
     EXPECT_THROW(faultsIn("[]"), VendorFaultError);
     EXPECT_THROW(faultsIn("{"), VendorFaultError);

@@ -1,7 +1,9 @@
 #include "demo/VendorServer.h"
 
+#include "demo/Gzip.h"
 #include "demo/RehearsalAuthorities.h"
 #include "platform/BoundedRequest.h"
+#include "tests/demo/TlsProbe.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -50,11 +52,13 @@ protected:
         return get(kFile);
     }
 
-    void expectWhole(const std::string& fault) {
+    void expectBody(const std::string& fault, const std::string& body) {
         const RequestOutcome outcome = getWithFault(fault);
         ASSERT_TRUE(outcome.body) << fault << ": " << outcome.error->localizedDescription();
-        EXPECT_EQ(textOf(*outcome.body), engine_) << fault;
+        EXPECT_EQ(textOf(*outcome.body), body) << fault;
     }
+
+    void expectWhole(const std::string& fault) { expectBody(fault, engine_); }
 
     void expectCut(const std::string& fault) { EXPECT_TRUE(getWithFault(fault).error) << fault; }
 
@@ -160,6 +164,18 @@ TEST_F(Vendor, SendsAPageInPlaceOfAFile) {
     EXPECT_EQ(textOf(getWithFault(R"({"page": "<p>Log in</p>"})").body.value()), "<p>Log in</p>");
 }
 
+TEST_F(Vendor, SendsBlanksBeforeTheBody) {
+    expectBody(R"({"blanks": 3})", "   " + engine_);
+    expectBody(R"({"blanks": 70000, "framing": "chunked"})", std::string(70'000, ' ') + engine_);
+    expectBody(R"({"blanks": 2, "page": ""})", "  ");
+    expectCut(R"({"blanks": 10, "dropAfterBytes": 5})");
+}
+
+TEST_F(Vendor, SendsFurtherHeaders) {
+    writeFile(folder() / "published/engine", gzipped(engine_));
+    expectBody(R"({"headers": {"Content-Encoding": "gzip"}})", engine_);
+}
+
 TEST_F(Vendor, RedirectsElsewhere) {
     writeFile(folder() / "published/other", "other");
     EXPECT_EQ(textOf(getWithFault("{\"redirect\": \"" + origin_ + "/varlen/setup/other\"}").body.value()),
@@ -175,6 +191,13 @@ TEST_F(Vendor, StallsUntilItIsReleased) {
     EXPECT_EQ(textOf(outcome.get().body.value()), engine_);
 }
 
+TEST_F(Vendor, HoldsItsResponseUntilItIsReleased) {
+    auto outcome = std::async(std::launch::async, [this] { return getWithFault(R"({"hold": true})"); });
+    EXPECT_EQ(outcome.wait_for(300ms), std::future_status::timeout);
+    writeFile(folder() / "release", "");
+    EXPECT_EQ(textOf(outcome.get().body.value()), engine_);
+}
+
 TEST_F(Vendor, StopsInTheMidstOfAStall) {
     auto outcome =
         std::async(std::launch::async, [this] { return getWithFault(R"({"stallAfterBytes": 70000})"); });
@@ -183,6 +206,23 @@ TEST_F(Vendor, StopsInTheMidstOfAStall) {
     }
     server_.reset();
     EXPECT_TRUE(outcome.get().error);
+}
+
+TEST_F(Vendor, ServesOverIpv6) {
+    test::TemporaryFolder other;
+    const VendorServer vendor({.folder = other.path(), .address = "::1", .hosts = {}});
+    EXPECT_EQ(vendor.origin(), "https://[::1]:" + std::to_string(vendor.port()));
+    trustAuthoritiesIn(other.path() / "ca.pem");
+    writeFile(other.path() / "published/engine", "engine");
+    EXPECT_EQ(textOf(request({.url = vendor.origin() + kFile}).body.value()), "engine");
+}
+
+TEST_F(Vendor, SpeaksNothingButOldTlsWhenItIsTold) {
+    test::TemporaryFolder other;
+    const VendorServer vendor({.folder = other.path(), .hosts = {}, .oldTls = true});
+    EXPECT_TRUE(test::speaks(vendor.port(), test::TlsVersion::tls11));
+    EXPECT_FALSE(test::speaks(vendor.port(), test::TlsVersion::tls12));
+    EXPECT_TRUE(test::speaks(server_->port(), test::TlsVersion::tls12));
 }
 
 TEST_F(Vendor, AnswersNothingWhileItsFaultsCannotBeRead) {

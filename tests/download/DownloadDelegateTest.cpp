@@ -6,8 +6,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
+#include <thread>
 
 namespace orvane::test {
 namespace {
@@ -95,6 +97,34 @@ TEST_F(DownloadDelegateTest, ProgressWaitsForTheMainQueue) {
     service->didReceiveData(transfer(), bytesOf("1"));
     EXPECT_TRUE(fractions.empty());
     EXPECT_EQ(desktop.waitingMainItems(), 1U);
+}
+
+TEST_F(DownloadDelegateTest, ASessionFasterThanTheMainThreadWaitsAndNoPieceIsLost) {
+    constexpr std::size_t pieces = 10'000;
+    constexpr std::size_t far = 1024; // further ahead of the window than this a session does not run
+    service->didReceiveResponse(transfer(), pieces);
+    std::thread session([this] {
+        for (std::size_t count = 0; count < pieces; ++count) {
+            service->didReceiveData(transfer(), bytesOf("1"));
+        }
+        service->didComplete(transfer(), std::nullopt);
+    });
+    std::size_t mostWaiting = 0;
+    desktop.runMainQueueUntil([&] {
+        mostWaiting = std::max(mostWaiting, desktop.waitingMainItems());
+        EXPECT_TRUE(results.empty() || fractions.size() == pieces) << "the end overtook progress";
+        return !results.empty();
+    });
+    session.join();
+    EXPECT_LE(mostWaiting, far + 1);
+    EXPECT_EQ(fractions.size(), pieces);
+    EXPECT_TRUE(std::is_sorted(fractions.begin(), fractions.end()));
+    EXPECT_EQ(fractions.back(), 1.0);
+}
+
+TEST_F(DownloadDelegateTest, EachPieceIsInTheFileAtOnce) {
+    service->didReceiveData(transfer(), bytesOf("small"));
+    EXPECT_EQ(contentsOf(target), "small");
 }
 
 TEST_F(DownloadDelegateTest, HandlersCountAsTheyAreWhenTheMainQueueRuns) {

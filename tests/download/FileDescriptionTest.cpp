@@ -142,6 +142,10 @@ TEST_F(FileDescriptionTest, ABodyThatBreaksOffIsNoDescription) {
 
 TEST_F(FileDescriptionTest, WithoutAnAnswerInTimeTheRunGoesOnAndALateAnswerChangesNothing) {
     deployment.values.fileDescriptionWait = 1s;
+    // Whoever waits by another limit finds the server tired of waiting.
+    deployment.values.downloadTimeout = 1h;
+    deployment.values.crashReportWait = 1h;
+    deployment.values.crashReportTimeout = 1h;
     const Gate mayAnswer;
     const Gate isAnswered;
     server.answer(kTarget, [mayAnswer, isAnswered](LoopbackConnection& connection) {

@@ -1,6 +1,7 @@
 #include "download/FileDownloadInfo.h"
 
 #include "platform/Error.h"
+#include "platform/Utf8.h"
 
 #include <gtest/gtest.h>
 
@@ -104,6 +105,27 @@ TEST(FileDownloadInfoTest, WhatIsNotJsonIsRefused) {
     for (const std::string& text : texts) {
         EXPECT_TRUE(refusal(text).starts_with("The document is not valid JSON: ")) << text;
     }
+}
+
+TEST(FileDownloadInfoTest, ARefusalSaysAtWhichByteTheDocumentBreaksOff) {
+    EXPECT_EQ(refusal("<html>"), "The document is not valid JSON: a syntax error at byte 1");
+    EXPECT_EQ(refusal(R"({"URL": x})"), "The document is not valid JSON: a syntax error at byte 9");
+    EXPECT_EQ(refusal(document("1e400")), "The document is not valid JSON: a number out of range");
+}
+
+TEST(FileDownloadInfoTest, ARefusalQuotesNothingOfTheDocumentSoNoCharacterIsCutInTwo) {
+    for (const char* text : {"é", "{é", R"({"URL": é})", "{\"URL\": \"\n😀\"}", R"({"URL": "\é"})"}) {
+        EXPECT_TRUE(isValidUtf8(refusal(text))) << text;
+        EXPECT_TRUE(refusal(text).starts_with("The document is not valid JSON: ")) << text;
+    }
+}
+
+TEST(FileDownloadInfoTest, ANulEndsNoDocument) {
+    const std::string nul(1, '\0');
+    EXPECT_TRUE(refusal(document() + nul).starts_with("The document is not valid JSON: a NUL at byte "));
+    EXPECT_EQ(refusal(nul + document()), "The document is not valid JSON: a NUL at byte 1");
+    EXPECT_NE(refusal(document() + nul + "anything"), "");
+    EXPECT_NE(refusal(replaced(document(), "14.2.7", nul)), "");
 }
 
 TEST(FileDownloadInfoTest, WhatIsNotUtf8IsRefused) {

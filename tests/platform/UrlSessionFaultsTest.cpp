@@ -1,3 +1,4 @@
+#include "platform/Url.h"
 #include "tests/platform/PlatformErrors.h"
 #include "tests/platform/UrlSessionFixture.h"
 #include "tests/support/PlainListener.h"
@@ -39,6 +40,39 @@ TEST_F(UrlSessionFaultsTest, AnInvalidUrlCompletesWithAnErrorOnTheSessionsQueue)
         EXPECT_TRUE(record.error);
         EXPECT_NE(record.threads.front(), std::this_thread::get_id());
     }
+}
+
+/// The task ended before any response, and the error says which address nobody was asked for.
+void expectRefusal(const Record& record, const std::string& url) {
+    EXPECT_EQ(record.calls, std::vector<std::string>{"completion"});
+    ASSERT_TRUE(record.error);
+    EXPECT_EQ(record.error->localizedDescription(), refusalOfAddress(url).value().localizedDescription());
+}
+
+TEST_F(UrlSessionFaultsTest, AnythingButHttpsIsRefused) {
+    const PlainListener listener;
+    const std::string place = "127.0.0.1:" + std::to_string(listener.port()) + "/";
+    for (const std::string& url :
+         {"http://" + place, std::string("file:///etc/hostname"), "ftp://" + place, place}) {
+        SCOPED_TRACE(url);
+        expectRefusal(fetch(url), url);
+    }
+}
+
+TEST_F(UrlSessionFaultsTest, FollowsNoRedirectThatLeavesHttps) {
+    for (const std::string target : {"http://127.0.0.1:9/", "file:///etc/hostname", "ftp://127.0.0.1:9/"}) {
+        SCOPED_TRACE(target);
+        const LoopbackServer server(answering(redirectTo(target)));
+        expectRefusal(fetch(server.url()), target);
+    }
+}
+
+TEST_F(UrlSessionFaultsTest, FollowsNoSecondRedirectThatLeavesHttps) {
+    const LoopbackServer server([](LoopbackConnection& connection) {
+        const bool isFirst = connection.readRequest().find("GET /again ") == std::string::npos;
+        connection.send(redirectTo(isFirst ? "/again" : "http://127.0.0.1:9/end"));
+    });
+    expectRefusal(fetch(server.url()), "http://127.0.0.1:9/end");
 }
 
 TEST_F(UrlSessionFaultsTest, AConnectionDroppedHalfWayKeepsTheBytesSoFarAndIsAnError) {

@@ -32,6 +32,30 @@ TEST(UrlTest, APercentSignNeedsTwoHexadecimalDigits) {
     EXPECT_TRUE(parsesAsUrl("%41"));
 }
 
+std::string refusal(std::string_view url) {
+    const auto error = refusalOfAddress(url);
+    return error ? error->localizedDescription() : "";
+}
+
+TEST(UrlTest, OnlyAddressesOfHttpsAreGoneTo) {
+    for (const std::string url :
+         {"https://downloads.example/engine", "HTTPS://downloads.example", "hTTps://[::1]/", "https:"}) {
+        EXPECT_EQ(refusal(url), "") << url;
+    }
+    for (const std::string url :
+         {"", "http://downloads.example/", "HTTP://downloads.example/", "file:///etc/passwd",
+          "ftp://downloads.example/", "https", "httpsx://downloads.example/", " https://downloads.example/",
+          "//downloads.example/", "downloads.example/engine", "javascript:https:", "xhttps:"}) {
+        EXPECT_EQ(refusal(url), "The address \"" + url + "\" is refused: it does not begin with https:");
+    }
+}
+
+TEST(UrlTest, ARefusalShowsOnlyTextAndNotWithoutEnd) {
+    EXPECT_EQ(refusal("ftp:a\r\nb\xff\x1b\x7f"),
+              "The address \"ftp:a??b???\" is refused: it does not begin with https:");
+    EXPECT_LT(refusal("ftp:" + std::string(100'000, 'x')).size(), 1100U);
+}
+
 } // namespace
 
 } // namespace orvane::test

@@ -1,8 +1,12 @@
 #pragma once
 
+#include "tests/support/Gate.h"
+
+#include <chrono>
 #include <cstddef>
 #include <filesystem>
 #include <iterator>
+#include <thread>
 
 namespace orvane::test {
 
@@ -10,6 +14,19 @@ namespace orvane::test {
 inline std::size_t openDescriptors() {
     using Entries = std::filesystem::directory_iterator;
     return static_cast<std::size_t>(std::distance(Entries("/dev/fd/"), Entries()));
+}
+
+/// Whether the descriptors come down to that many in time, where another thread may be the last owner of
+/// some.
+inline bool openDescriptorsComeDownTo(std::size_t count) {
+    const auto limit = std::chrono::steady_clock::now() + kPatience;
+    while (openDescriptors() > count) {
+        if (std::chrono::steady_clock::now() > limit) {
+            return false;
+        }
+        std::this_thread::yield();
+    }
+    return true;
 }
 
 } // namespace orvane::test

@@ -98,6 +98,32 @@ TEST_F(DecryptXorFileTest, ADescribedSizeBelowZeroLeavesNoContent) {
     EXPECT_FALSE(std::filesystem::exists(plainFile));
 }
 
+/// Large files are worked through in pieces of some MiB.
+class DecryptLargeXorFileTest : public DecryptXorFileTest, public testing::WithParamInterface<std::size_t> {};
+
+TEST_P(DecryptLargeXorFileTest, TheKeyRepeatsWithoutABreakOverAllPieces) {
+    std::string key;
+    for (std::size_t index = 0; index < GetParam(); ++index) {
+        const std::byte byte{static_cast<unsigned char>(index * 7 + 1)};
+        key += hexEncodedString(ByteView(&byte, 1));
+    }
+    std::string content(3 * (std::size_t{1} << 20) + 12345, '\0');
+    for (std::size_t index = 0; index < content.size(); ++index) {
+        content[index] = static_cast<char>(index % 251);
+    }
+    ASSERT_EQ(decrypt(content, static_cast<std::int64_t>(content.size()), key), 0);
+    EXPECT_TRUE(contentsOf(plainFile) == textOf(*computeXOREncryption(bytesOf(content), key).data));
+}
+
+INSTANTIATE_TEST_SUITE_P(KeyLengths, DecryptLargeXorFileTest, testing::Values(1, 16, 20, 33, 1'500'000));
+
+TEST_F(DecryptXorFileTest, AKeyAsLongAsAContentOfSeveralPiecesIsLongEnough) {
+    const std::string key(2 * 2'500'000, '4');
+    EXPECT_EQ(decrypt(std::string(2'500'000, 'D'), 2'500'000, key), 0);
+    EXPECT_TRUE(contentsOf(plainFile) == std::string(2'500'000, '\0'));
+    EXPECT_EQ(decrypt(std::string(2'499'999, 'D'), 2'500'000, key), 2);
+}
+
 TEST_F(DecryptXorFileTest, AFailedTransformReturnsItsCodeAndWritesNothing) {
     EXPECT_EQ(decrypt("abcd", 4, "123"), 1);
     EXPECT_EQ(decrypt("abcd", 4, "0011223344"), 2);

@@ -22,6 +22,12 @@ API_AVAILABLE(macos(10.9))
 @optional
 
 - (void)URLSession:(NSURLSession*)session
+                          task:(NSURLSessionTask*)task
+    willPerformHTTPRedirection:(NSHTTPURLResponse*)response
+                    newRequest:(NSURLRequest*)request
+             completionHandler:(void (^)(NSURLRequest* _Nullable request))completionHandler;
+
+- (void)URLSession:(NSURLSession*)session
                     task:(NSURLSessionTask*)task
     didCompleteWithError:(nullable NSError*)error;
 
