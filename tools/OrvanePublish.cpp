@@ -1,43 +1,92 @@
-#include "tools/PublishError.h"
+#include "demo/RehearsalAuthorities.h"
 #include "tools/PublishOptions.h"
-#include "tools/Publisher.h"
+#include "tools/Reports.h"
+#include "tools/ToolError.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <iostream>
 
 namespace {
 
 using namespace orvane::tools;
 
-void report(const Publication& publication) {
-    const auto& description = publication.description;
-    std::cout << "engine digest (" << description.ChecksumAlgorithm << ")       " << description.Checksum
-              << "\n"
-              << "transferred digest (" << description.ChecksumAlgorithm << ")  "
-              << description.EncryptedFileChecksum << "\n"
-              << "wrote " << publication.engineFile.string() << "\n"
-              << "wrote " << publication.descriptionFile.string() << "\n";
+using Arguments = std::vector<std::string>;
+
+/// Shows progress to a person who is there to see it.
+class TerminalProgress {
+public:
+    ProgressHandler handler() {
+        if (!standardErrorIsATerminal()) {
+            return {};
+        }
+        return [this](std::string_view what, std::optional<double> fraction) { line_.show(what, fraction); };
+    }
+
+private:
+    ProgressLine line_{std::cerr};
+};
+
+Publication publishWithProgress(const PublishOptions& options) {
+    TerminalProgress progress;
+    return publish(options, progress.handler());
+}
+
+Verification verifyWithProgress(const VerifyOptions& options) {
+    TerminalProgress progress;
+    return verify(options, progress.handler());
+}
+
+int runPublish(const Arguments& arguments) {
+    const PublishOptions options = parsePublishOptions(arguments);
+    const Publication publication = publishWithProgress(options);
+    std::cout << (options.json ? publicationJson(publication, options.dryRun)
+                               : publicationText(publication, options.dryRun));
+    return 0;
+}
+
+int runVerify(const Arguments& arguments) {
+    const VerifyOptions options = parseVerifyOptions(arguments);
+    orvane::demo::trustAuthoritiesIn(options.authority);
+    const Verification verification = verifyWithProgress(options);
+    std::cout << (options.json ? verificationJson(verification) : verificationText(verification));
+    if (!verification.fetched) {
+        return static_cast<int>(ExitStatus::unavailable);
+    }
+    return verification.isAccepted() ? 0 : static_cast<int>(ExitStatus::badData);
+}
+
+int run(const Arguments& all) {
+    const bool isVerify = !all.empty() && all.front() == "verify";
+    if (std::ranges::find(all, "--help") != all.end()) {
+        std::cout << (isVerify ? kVerifyUsage : kPublishUsage);
+        return 0;
+    }
+    return isVerify ? runVerify({all.begin() + 1, all.end()}) : runPublish(all);
+}
+
+/// Destroys nothing, since a session's thread may still be closing its connections.
+[[noreturn]] void endProcess(int status) {
+    if (!std::cout.flush()) {
+        std::cerr << "orvane-publish: standard output cannot be written\n";
+        status = static_cast<int>(ExitStatus::cannotCreate);
+    }
+    std::_Exit(status);
 }
 
 } // namespace
 
 int main(int argumentCount, char** arguments) {
-    const std::vector<std::string> all(arguments + 1, arguments + argumentCount);
-    if (std::ranges::find(all, "--help") != all.end()) {
-        std::cout << kPublishUsage;
-        return 0;
-    }
     try {
-        report(publish(parsePublishOptions(all)));
-        return 0;
-    } catch (const PublishError& error) {
+        endProcess(run({arguments + 1, arguments + argumentCount}));
+    } catch (const ToolError& error) {
         std::cerr << "orvane-publish: " << error.what() << "\n";
-        if (error.status() == PublishStatus::usage) {
+        if (error.status() == ExitStatus::usage) {
             std::cerr << "Try orvane-publish --help.\n";
         }
         return static_cast<int>(error.status());
     } catch (const std::exception& error) {
         std::cerr << "orvane-publish: " << error.what() << "\n";
-        return static_cast<int>(PublishStatus::internalError);
+        return static_cast<int>(ExitStatus::internalError);
     }
 }

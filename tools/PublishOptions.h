@@ -18,12 +18,14 @@ struct PublishOptions {
     std::string digest; ///< "md5" or "sha256"
     Cipher cipher = Cipher::none;
     std::filesystem::path output; ///< folder
+    bool dryRun = false;          ///< leaves the output folder as it is
+    bool json = false;            ///< how to report
 };
 
 extern const std::string_view kPublishUsage;
 
 /// Reads the arguments after the program's name. Everything that makes no sense by itself is refused here,
-/// before a file is touched: throws `PublishError` with the status for a usage error.
+/// before a file is touched: throws `ToolError` with the status for a usage error.
 PublishOptions parsePublishOptions(const std::vector<std::string>& arguments);
 
 } // namespace orvane::tools

@@ -1,5 +1,5 @@
 #include "tools/PublishOptions.h"
-#include "tools/PublishError.h"
+#include "tools/ToolError.h"
 
 #include <gtest/gtest.h>
 
@@ -29,8 +29,8 @@ std::vector<std::string> argumentsOf(const Options& options) {
 std::string failureOf(const std::vector<std::string>& arguments) {
     try {
         parsePublishOptions(arguments);
-    } catch (const PublishError& error) {
-        EXPECT_EQ(error.status(), PublishStatus::usage);
+    } catch (const ToolError& error) {
+        EXPECT_EQ(error.status(), ExitStatus::usage);
         return error.what();
     }
     return "no failure";
@@ -52,6 +52,17 @@ TEST(PublishOptions, AreRead) {
     EXPECT_EQ(options.cipher, Cipher::exclusiveOr);
     EXPECT_EQ(options.output, "out");
     EXPECT_TRUE(options.plainEngine.empty());
+    EXPECT_FALSE(options.dryRun);
+    EXPECT_FALSE(options.json);
+}
+
+TEST(PublishOptions, TakeTheFlagsAnywhere) {
+    auto arguments = argumentsOf(usual());
+    arguments.insert(arguments.begin(), "--json");
+    arguments.emplace_back("--dry-run");
+    const PublishOptions options = parsePublishOptions(arguments);
+    EXPECT_TRUE(options.dryRun);
+    EXPECT_TRUE(options.json);
 }
 
 TEST(PublishOptions, ThatAreMissingAreNamed) {
@@ -74,7 +85,7 @@ TEST(PublishOptions, ThatAreUnknownDoubleOrWithoutValueAreRefused) {
     EXPECT_EQ(failureOf(arguments), "--digest is given twice");
     arguments = argumentsOf(usual());
     arguments.emplace_back("other");
-    EXPECT_EQ(failureOf(arguments), "more than one file is given");
+    EXPECT_EQ(failureOf(arguments), "unexpected argument \"other\"");
     EXPECT_EQ(failureOf({"engine", "--version"}), "--version needs a value");
     EXPECT_EQ(failureWith("--output", ""), "--output needs a value");
 }

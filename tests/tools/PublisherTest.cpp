@@ -1,7 +1,7 @@
 #include "tools/Publisher.h"
 
 #include "tests/support/TemporaryFolder.h"
-#include "tools/PublishError.h"
+#include "tools/ToolError.h"
 #include "verify/Crypto.h"
 
 #include <gtest/gtest.h>
@@ -18,14 +18,14 @@ class Publisher : public testing::Test {
 protected:
     Publisher() { writeFile(options_.input, engine_); }
 
-    PublishStatus statusOfFailure() {
+    ExitStatus statusOfFailure() {
         try {
             publish(options_);
-        } catch (const PublishError& error) {
+        } catch (const ToolError& error) {
             return error.status();
         }
         ADD_FAILURE() << "nothing failed";
-        return PublishStatus::usage;
+        return ExitStatus::usage;
     }
 
     std::set<std::string> outputFiles() const {
@@ -108,25 +108,51 @@ TEST_F(Publisher, ReplacesAnEarlierPublication) {
     EXPECT_EQ(sha256File(publication.engineFile), publication.description.EncryptedFileChecksum);
 }
 
+TEST_F(Publisher, DoesEverythingInADryRunButLeavesTheFolderAsItIs) {
+    const Publication published = publish(options_);
+    std::filesystem::remove_all(options_.output);
+    options_.dryRun = true;
+    const Publication rehearsed = publish(options_);
+    EXPECT_EQ(rehearsed.description, published.description);
+    EXPECT_EQ(rehearsed.engineFile, published.engineFile);
+    EXPECT_EQ(rehearsed.descriptionFile, published.descriptionFile);
+    EXPECT_FALSE(std::filesystem::exists(options_.output));
+}
+
+TEST_F(Publisher, RefusesADryRunForAFolderThatCannotBeMade) {
+    // Executable, so that nothing but its kind stands against it.
+    std::filesystem::permissions(options_.input, std::filesystem::perms::owner_all);
+    options_.dryRun = true;
+    options_.output = options_.input / "below" / "a file";
+    EXPECT_EQ(statusOfFailure(), ExitStatus::cannotCreate);
+}
+
+TEST_F(Publisher, TellsWhatItIsDoing) {
+    std::vector<std::string> told;
+    publish(options_, [&told](std::string_view what, std::optional<double>) { told.emplace_back(what); });
+    EXPECT_EQ(told.front(), "reading " + options_.input.string());
+    EXPECT_EQ(told.back(), "deciphering Varlen-setup.enc again");
+}
+
 TEST_F(Publisher, RefusesAMissingFile) {
     options_.input = folder_.path() / "missing";
-    EXPECT_EQ(statusOfFailure(), PublishStatus::noInput);
+    EXPECT_EQ(statusOfFailure(), ExitStatus::noInput);
     options_.input = folder_.path();
-    EXPECT_EQ(statusOfFailure(), PublishStatus::noInput);
+    EXPECT_EQ(statusOfFailure(), ExitStatus::noInput);
 }
 
 TEST_F(Publisher, RefusesAnEmptyFileAndOneShorterThanItsKey) {
     writeFile(options_.input, "");
-    EXPECT_EQ(statusOfFailure(), PublishStatus::badData);
+    EXPECT_EQ(statusOfFailure(), ExitStatus::badData);
     writeFile(options_.input, std::string(31, 'a'));
-    EXPECT_EQ(statusOfFailure(), PublishStatus::badData);
+    EXPECT_EQ(statusOfFailure(), ExitStatus::badData);
     writeFile(options_.input, std::string(32, 'a'));
     EXPECT_NO_THROW(publish(options_));
 }
 
 TEST_F(Publisher, RefusesAFolderThatCannotBeMade) {
     options_.output = options_.input / "below a file";
-    EXPECT_EQ(statusOfFailure(), PublishStatus::cannotCreate);
+    EXPECT_EQ(statusOfFailure(), ExitStatus::cannotCreate);
 }
 
 TEST_F(Publisher, LeavesNothingHalfMadeWhenItFails) {
@@ -136,7 +162,7 @@ TEST_F(Publisher, LeavesNothingHalfMadeWhenItFails) {
     std::filesystem::remove(options_.output / "Varlen-setup.enc");
     // A folder in the place of the engine file cannot be replaced by it.
     writeFile(options_.output / "Varlen-setup.enc" / "file", "");
-    EXPECT_EQ(statusOfFailure(), PublishStatus::cannotCreate);
+    EXPECT_EQ(statusOfFailure(), ExitStatus::cannotCreate);
     EXPECT_EQ(outputFiles(), (std::set<std::string>{"Varlen-setup.enc", "downloadinstaller.json"}));
     EXPECT_EQ(contentsOf(options_.output / "downloadinstaller.json"), before);
 }

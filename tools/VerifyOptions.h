@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace orvane::tools {
+
+struct VerifyOptions {
+    std::string url;                        ///< of the description
+    std::vector<std::string> bootstrappers; ///< versions to answer for
+    std::string authority = {};             ///< a PEM file to believe instead of the system's; may be empty
+    bool json = false;                      ///< how to report
+};
+
+extern const std::string_view kVerifyUsage;
+
+/// Reads the arguments after "verify". Without an address it is the one this build's bootstrapper asks,
+/// without a version it is that bootstrapper's. Throws `ToolError` with the status for a usage error.
+VerifyOptions parseVerifyOptions(const std::vector<std::string>& arguments);
+
+} // namespace orvane::tools
