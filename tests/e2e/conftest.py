@@ -1,5 +1,6 @@
 """Whole runs of the real program, in a real window on a screen of their own, against the demo vendor and the sample
-engine. ORVANE_BUILD names the folder of the build under test, build/release unless it is set."""
+engine. ORVANE_BUILD names the folder of the build under test, build/release unless it is set, and ORVANE_RESULTS the
+folder for pictures and for what failing tests leave, build/e2e unless it is set."""
 
 import os
 import shutil
@@ -17,7 +18,7 @@ from harness.rehearsal import Rehearsal  # noqa: E402
 
 ROOT = Path(__file__).resolve().parents[2]
 BUILD = Path(os.environ.get("ORVANE_BUILD", ROOT / "build/release")).resolve()
-RESULTS = ROOT / "build/e2e"
+RESULTS = Path(os.environ.get("ORVANE_RESULTS", ROOT / "build/e2e")).resolve()
 
 
 PROGRAMS = ("OrvaneBootstrap", "OrvaneBootstrapRehearsal", "VendorServer", "SampleEngine")
@@ -29,6 +30,9 @@ def pytest_addoption(parser):
 
 def pytest_configure(config):
     config.addinivalue_line("markers", "long: takes long, so it is run with --all only")
+    # Where several processes share the tests out, the one that hands them out clears the table.
+    if not hasattr(config, "workerinput"):
+        shutil.rmtree(RESULTS, ignore_errors=True)
 
 
 def pytest_collection_modifyitems(config, items):
@@ -47,7 +51,6 @@ def desktop():
     stage = Desktop()
     for name in ("DISPLAY", "XDG_RUNTIME_DIR", "DBUS_SESSION_BUS_ADDRESS"):
         os.environ[name] = stage.variables[name]
-    shutil.rmtree(RESULTS, ignore_errors=True)
     yield stage
     stage.close()
 
@@ -78,6 +81,17 @@ def product(desktop, request, tmp_path):
 
 
 @pytest.fixture
+def run(rehearsal):
+    """A run whose engine only waits, while the test speaks in its place."""
+    rehearsal.scenario("step Prêt", "progress 10", "wait-interrupt")
+    rehearsal.vendor_with_engine()
+    run = rehearsal.start()
+    run.window.await_step("Prêt")
+    run.window.await_progress(10)
+    return run
+
+
+@pytest.fixture
 def picture(desktop):
     """Keeps a picture of the screen for people to look at, under build/e2e/pictures."""
     return lambda name: desktop.picture(RESULTS / "pictures" / f"{name}.png")
@@ -100,4 +114,5 @@ def _keep_evidence(stage, folder):
     stage.desktop.picture(folder / "screen.png")
     (folder / "ends").write_text("\n".join(run.end_so_far() for run in stage.runs))
     for file in [*stage.folder.glob("std*"), *stage.folder.glob("*/*.log"), *stage.log_root.glob("*/*")]:
-        shutil.copy(file, folder / f"{file.parent.name} {file.name}")
+        if file.is_file():
+            shutil.copy(file, folder / f"{file.parent.name} {file.name}")

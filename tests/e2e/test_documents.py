@@ -1,14 +1,29 @@
-"""What the documents say of the tests is true."""
+"""What the documents say of the tests and of the program is true and complete."""
 
 import re
+import subprocess
 from pathlib import Path
 
+import pytest
+from harness import sources
+
 ROOT = Path(__file__).resolve().parents[2]
-EDGE_CASES = ROOT / "docs/edge-cases.md"
+DOCS = ROOT / "docs"
+SUPPORT = DOCS / "support.md"
+SUPPORT_TEXT = SUPPORT.read_text()
+
+# A claim without a test is written with a dash in its place, and says why.
+DOCUMENTS = {"edge-cases.md": "| case | tests |", "fault-table.md": "| case | outcome | tests |",
+             "threat-model.md": "| claim | tests |"}
+WITH_TESTS = sorted(name for name in DOCUMENTS if (DOCS / name).exists())
 
 NAMED = re.compile(r"`(test_\w+|\w+Test\.\w+)`")
 UNIT_TEST = re.compile(r"\bTEST(?:_F|_P)?\(\s*(\w+),\s*(\w+)\s*\)")
 WHOLE_RUN = re.compile(r"^def (test_\w+)\(", re.MULTILINE)
+LINK = re.compile(r"\]\(([^)#]+)(?:#[^)]*)?\)")
+
+# What stands in errors for programs, not for people: domains and the like.
+DOMAINS = re.compile(r"(OrvaneBootstrap(\.\w+)?|OpenSSL|libcurl|POSIX)")
 
 
 def existing_tests():
@@ -20,12 +35,77 @@ def existing_tests():
     return tests
 
 
-def test_every_test_that_the_edge_cases_name_exists():
-    named = set(NAMED.findall(EDGE_CASES.read_text()))
+def rows_of_cases(document):
+    """The rows of the tables that name tests."""
+    inside = False
+    for line in (DOCS / document).read_text().splitlines():
+        if line == DOCUMENTS[document]:
+            inside = True
+        elif not line.startswith("|"):
+            inside = False
+        elif inside and not line.startswith("|---"):
+            yield line
+
+
+@pytest.mark.parametrize("document", WITH_TESTS)
+def test_every_test_that_a_document_names_exists(document):
+    named = set(NAMED.findall((DOCS / document).read_text()))
     assert named and sorted(named - existing_tests()) == []
 
 
-def test_every_edge_case_names_a_test():
-    rows = [line for line in EDGE_CASES.read_text().splitlines()
-            if line.startswith("| ") and line != "| case | tests |"]
-    assert rows and [row for row in rows if not NAMED.search(row.rsplit(" | ", 1)[1])] == []
+@pytest.mark.parametrize("document", WITH_TESTS)
+def test_every_case_names_a_test(document):
+    cells = [row.rstrip("| ").rsplit(" | ", 1)[1] for row in rows_of_cases(document)]
+    assert cells and [cell for cell in cells if not NAMED.search(cell) and not cell.startswith("– ")] == []
+
+
+def test_every_line_that_the_program_may_write_stands_in_the_guide_for_support():
+    written = {text for _, text in sources.written_texts() if re.search(r"\w{2}", text) and not DOMAINS.fullmatch(text)}
+    assert len(written) > 80
+    assert sorted(text for text in written if text not in SUPPORT_TEXT) == []
+
+
+def test_every_text_that_a_user_may_read_stands_in_the_guide_for_support_in_three_languages():
+    # A table's asterisks are written with a backslash.
+    shown = SUPPORT_TEXT.replace(r"\*", "*")
+    texts = list(sources.localized_texts())
+    assert len(texts) == 60
+    missing = [(identifier, piece) for identifier, pieces in texts for piece in pieces
+               if not any(piece in line for line in shown.splitlines()
+                          if re.match(rf"\| {identifier} \|", line))]
+    assert missing == []
+
+
+def what_nobody_writes(line, written):
+    """The line less the texts that the program puts it together from."""
+    for text in sorted(written, key=len, reverse=True):
+        line = line.replace(text, "")
+    return line.strip(" …()`")
+
+
+def test_no_log_line_of_the_guide_for_support_is_one_that_the_program_has_forgotten():
+    table = SUPPORT_TEXT.partition("## Log lines")[2].partition("\nAfter ")[0]
+    lines = [line.removeprefix("| ").split(" | ")[0] for line in table.splitlines() if line.startswith("| `")]
+    written = {text for _, text in sources.written_texts() if text}
+    assert len(lines) > 30
+    assert [line for line in lines if what_nobody_writes(line, written)] == []
+
+
+@pytest.mark.parametrize("document", sorted([*ROOT.glob("*.md"), *DOCS.glob("*.md")], key=lambda file: file.name),
+                         ids=lambda file: file.name)
+def test_every_file_that_a_document_leads_to_is_there(document):
+    prose = re.sub(r"^    .*", "", document.read_text(), flags=re.MULTILINE)
+    targets = [target for target in LINK.findall(prose) if "://" not in target]
+    assert [target for target in targets if not (document.parent / target).exists()] == []
+
+
+@pytest.mark.parametrize("tool", ["orvane-publish", "orvane-message"])
+def test_a_tools_manual_names_every_option_of_its_help(tool, rehearsal):
+    manual = (ROOT / f"packaging/man/{tool}.1").read_text()
+    helps = [subprocess.run([rehearsal.build / tool, *command, "--help"], capture_output=True, text=True, check=True).stdout
+             for command in ([], ["verify"])[:2 if tool == "orvane-publish" else 1]]
+    options = {option for text in helps for option in re.findall(r"^  --(\w[\w-]*)", text, re.MULTILINE)} - {"help"}
+    assert options and [option for option in options if not re.search(rf"^\.It Fl -{option}\b", manual, re.M)] == []
+    statuses = {status for text in helps
+                for status in re.findall(r"\b(\d\d?)\s[a-z]", text.partition("Exit status")[2])}
+    assert [status for status in statuses if f".It {status}\n" not in manual] == []

@@ -1,35 +1,10 @@
 """What the window makes of each message of an engine."""
 
 import pytest
+from harness.messages import CANCEL, END, ERROR, LONGEST_TEXT, NETWORK, PROGRESS, RESTART, STEP, after
 from harness.reports import log_in
 from harness.texts import French
 from harness.waiting import eventually
-
-PROGRESS, STEP, NETWORK, END, ERROR, RESTART, CANCEL = range(7)
-LONGEST_TEXT = 4096
-
-
-@pytest.fixture
-def run(rehearsal):
-    """A run whose engine only waits, while the test speaks in its place."""
-    rehearsal.scenario("step Prêt", "progress 10", "wait-interrupt")
-    rehearsal.vendor_with_engine()
-    run = rehearsal.start()
-    run.window.await_step("Prêt")
-    run.window.await_progress(10)
-    return run
-
-
-def after(run, *messages):
-    """The main window once these messages were handled."""
-    for message_type, text in messages:
-        run.send(message_type, text)
-    run.send(STEP, "Traité")
-    run.window.await_step("Traité")
-    view = run.window.main()
-    run.send(STEP, "Prêt")
-    run.window.await_step("Prêt")
-    return view
 
 
 def test_the_engine_speaks_each_kind_of_message(rehearsal):

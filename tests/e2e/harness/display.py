@@ -8,9 +8,29 @@ import tempfile
 from pathlib import Path
 
 from . import processes
+from .pixels import Pixels
 from .waiting import eventually
 
 SCREEN = "2000x1500x24"
+
+DARK_COLOURS = """[Colors:Window]
+BackgroundNormal=42,46,50
+ForegroundNormal=252,252,252
+[Colors:Button]
+BackgroundNormal=49,54,59
+ForegroundNormal=252,252,252
+[Colors:View]
+BackgroundNormal=27,30,32
+ForegroundNormal=252,252,252
+[Colors:Selection]
+BackgroundNormal=61,174,233
+ForegroundNormal=252,252,252
+"""
+
+# Read by programs that were built with the thread sanitizer, which end at their first finding. Debian's Qt, GLib and
+# D-Bus are not built with it: it would see the memory that they hand to functions it intercepts, but not the atomics
+# that guard it. What our own code does stays under watch.
+THREAD_SANITIZER = "halt_on_error=1:ignore_noninstrumented_modules=1"
 
 
 class Desktop:
@@ -29,6 +49,7 @@ class Desktop:
             "DISPLAY": self._start_screen(),
             "QT_QPA_PLATFORM": "xcb",
             "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1",
+            "TSAN_OPTIONS": THREAD_SANITIZER,
         }
         self.variables["DBUS_SESSION_BUS_ADDRESS"] = self._start_bus()
 
@@ -42,11 +63,20 @@ class Desktop:
         processes.reap_orphans()
         shutil.rmtree(self.folder)
 
-    def picture(self, file):
-        """Everything on the screen, as a PNG file."""
+    def dark(self):
+        """What to add to a program's variables for it to find a desktop in dark colours."""
+        configuration = self.folder / "dark"
+        configuration.mkdir(exist_ok=True)
+        (configuration / "kdeglobals").write_text(DARK_COLOURS)
+        return {"XDG_CURRENT_DESKTOP": "KDE", "KDE_FULL_SESSION": "true", "KDE_SESSION_VERSION": "5",
+                "XDG_CONFIG_HOME": str(configuration)}
+
+    def picture(self, file, area=None):
+        """Everything on the screen, or what lies in the area, as a PNG file."""
         file.parent.mkdir(parents=True, exist_ok=True)
-        subprocess.run(["import", "-silent", "-window", "root", "-trim", "+repage", str(file)],
-                       env=self.variables, check=True, timeout=60)
+        cut = ["-crop", _crop(area), "+repage", "-strip"] if area else ["-trim", "+repage"]
+        subprocess.run(["import", "-silent", "-window", "root", *cut, str(file)], env=self.variables, check=True,
+                       timeout=60)
 
     def type_keys(self, window_title, *keys):
         """Gives the keyboard to the window of that title, as a window manager would, and presses keys."""
@@ -54,12 +84,41 @@ class Desktop:
         self._xdotool("windowfocus", "--sync", window)
         self._xdotool("key", *keys)
 
-    def window_number(self, title):
-        return self._xdotool("search", "--onlyvisible", "--name", f"^{title}$").split()[-1]
+    def window_numbers(self, title):
+        """From the lowest window of that title to the one on top."""
+        return self._xdotool("search", "--onlyvisible", "--name", f"^{title}$").split()
 
-    def request_close(self, window_title):
-        """Asks the window to close, as a window manager's close button does."""
-        _send_close_request(self.variables["DISPLAY"], int(self.window_number(window_title)))
+    def window_number(self, title):
+        return self.window_numbers(title)[-1]
+
+    def window_area(self, title):
+        """Left, top, right and bottom of the window on top."""
+        lines = self._xdotool("getwindowgeometry", "--shell", self.window_number(title)).splitlines()
+        geometry = {name: int(value) for name, value in (line.split("=") for line in lines)}
+        return (geometry["X"], geometry["Y"], geometry["X"] + geometry["WIDTH"], geometry["Y"] + geometry["HEIGHT"])
+
+    def window_property(self, title, name):
+        """A property of the window on top, as xprop words it."""
+        return subprocess.run(["xprop", "-notype", "-id", self.window_number(title), name], env=self.variables,
+                              check=True, timeout=60, stdout=subprocess.PIPE, text=True).stdout
+
+    def pixels(self, area):
+        """What the screen shows there."""
+        left, top, right, bottom = area
+        colours = subprocess.run(["import", "-silent", "-window", "root", "-crop", _crop(area), "-depth", "8", "rgb:-"],
+                                 env=self.variables, check=True, timeout=60, stdout=subprocess.PIPE).stdout
+        return Pixels(right - left, bottom - top, colours)
+
+    def click(self, area, times=1):
+        """Presses the mouse's first button in the middle of the area, as fast as it goes."""
+        left, top, right, bottom = area
+        self._xdotool("mousemove", "--sync", str((left + right) // 2), str((top + bottom) // 2),
+                      "click", "--repeat", str(times), "--delay", "1", "1")
+
+    def request_close(self, window_title, of_lowest=False):
+        """Asks the window on top, or the lowest, to close, as a window manager's close button does."""
+        number = self.window_numbers(window_title)[0 if of_lowest else -1]
+        _send_close_request(self.variables["DISPLAY"], int(number))
 
     def _xdotool(self, *arguments):
         return subprocess.run(["xdotool", *arguments], env=self.variables, check=True, timeout=60,
@@ -87,6 +146,11 @@ class Desktop:
     def _start_bus(self):
         return self._start(["dbus-daemon", "--session", "--nofork", "--nopidfile", "--print-address={}",
                             f"--address=unix:path={self.folder}/bus"], "bus", env=self.variables)
+
+
+def _crop(area):
+    left, top, right, bottom = area
+    return f"{right - left}x{bottom - top}+{left}+{top}"
 
 
 class _ClientMessage(ctypes.Structure):

@@ -5,6 +5,8 @@ import os
 import signal
 from pathlib import Path
 
+from .waiting import eventually
+
 MARK = "ORVANE_E2E_MARK"
 _PR_SET_CHILD_SUBREAPER = 36
 
@@ -56,6 +58,20 @@ def marked(mark):
     """Living processes that were started, directly or not, with this mark."""
     wanted = f"{MARK}={mark}".encode()
     return [process for process, _, state in _states() if state != "Z" and wanted in _environment(process)]
+
+
+def peak_memory(process):
+    """The most memory, in bytes, that the process has had in use at once."""
+    lines = Path(f"/proc/{process}/status").read_text().splitlines()
+    return next(int(line.split()[1]) * 1024 for line in lines if line.startswith("VmHWM:"))
+
+
+def halt(process):
+    """Stops it where it is, until SIGCONT. Its threads take note only when they come to run."""
+    os.kill(process, signal.SIGSTOP)
+    threads = Path(f"/proc/{process}/task")
+    eventually(lambda: all((thread / "stat").read_text().rpartition(")")[2].split()[0] == "T"
+                           for thread in threads.iterdir()), "the halt of every thread")
 
 
 def reap_orphans():

@@ -92,8 +92,21 @@ class Product(Rehearsal):
         self.vendors.append(vendor)
         return vendor
 
-    def start(self, *options, languages=FRENCH, variables=None):
-        return self.run_program(self.namespace.command(self.build / self.program_name, *options),
+    def trusted_vendor(self, engine, **publication):
+        """A vendor that the system's authorities vouch for, with this engine to be had."""
+        vendor = self.vendor()
+        vendor.publish(engine, origin=DOWNLOAD_ORIGIN, **publication)
+        self.namespace.trust(vendor.folder / "ca.pem")
+        return vendor
+
+    def mount_disk(self, folder, options):
+        """A disk of its own at this folder of the namespace."""
+        folder = Path("/", folder.relative_to(self.namespace.root))
+        for command in (["mkdir", "-p", folder], ["mount", "-t", "tmpfs", "-o", options, "none", folder]):
+            subprocess.run(self.namespace.command(*command), check=True, timeout=60)
+
+    def start(self, *options, languages=FRENCH, variables=None, through=()):
+        return self.run_program(self.namespace.command(*through, self.build / self.program_name, *options),
                                 self.variables(languages, **(variables or {})))
 
     def close(self):

@@ -1,9 +1,11 @@
 """A program under test, started in a rehearsal's folder, and what it leaves behind: output, log, processes."""
 
+import os
 import re
 import socket
 import struct
 import subprocess
+from pathlib import Path
 
 from . import processes
 from .waiting import DEADLINE_SECONDS, eventually, eventually_equal
@@ -15,12 +17,13 @@ SERVICE_NAME = re.compile(r"--owner (kestrix\.orvane\.bootstrap\.[a-zA-Z0-9]{10}
 
 
 class Run:
-    """One start of the program. Its standard output and error lie in files, so that no pipe holds it up."""
+    """One start of the program. Its standard output and error lie in files, so that no pipe holds it up; `number` tells
+    them from those of other runs in the same folder."""
 
-    def __init__(self, command, variables, log_root, folder):
+    def __init__(self, command, variables, log_root, folder, number=1):
         self._log_root = log_root
-        self._output_file = folder / "stdout"
-        self._errors_file = folder / "stderr"
+        self._output_file = folder / f"stdout-{number}"
+        self._errors_file = folder / f"stderr-{number}"
         with open(self._output_file, "wb") as output, open(self._errors_file, "wb") as errors:
             self._process = subprocess.Popen(command, env=variables, stdin=subprocess.DEVNULL,
                                              stdout=output, stderr=errors, cwd=folder)
@@ -47,6 +50,9 @@ class Run:
 
     def output(self):
         return self._output_file.read_text().splitlines()
+
+    def output_bytes(self):
+        return self._output_file.read_bytes()
 
     def errors(self):
         return self._errors_file.read_text()
@@ -85,8 +91,29 @@ class Run:
     def send(self, message_type, text):
         """Says to the program what an engine might; `text` are up to 4096 bytes, or characters."""
         body = text.encode() if isinstance(text, str) else text
+        self.send_datagram(struct.pack("<i", message_type) + body)
+
+    def send_datagram(self, datagram, service_name=None):
+        """Sends what need not be a message at all; to the service of that name if no engine was started yet."""
         with socket.socket(socket.AF_UNIX, socket.SOCK_DGRAM) as sender:
-            sender.sendto(struct.pack("<i", message_type) + body, "\0" + self.service_name())
+            sender.sendto(datagram, "\0" + (service_name or self.service_name()))
+
+    def peak_memory(self):
+        """The most memory the program has had at a time, in bytes."""
+        return 1024 * int(self._status_field("VmHWM").split()[0])
+
+    def signals(self, name):
+        """The set of signals of that name in proc(5), such as SigBlk, as a number."""
+        return int(self._status_field(name), 16)
+
+    def descriptors(self):
+        """What each open descriptor leads to."""
+        folder = Path(f"/proc/{self.process}/fd")
+        return {entry.name: os.readlink(entry) for entry in folder.iterdir()}
+
+    def _status_field(self, name):
+        lines = Path(f"/proc/{self.process}/status").read_text().splitlines()
+        return next(line for line in lines if line.startswith(f"{name}:")).partition(":")[2].strip()
 
     def engines(self):
         """Living children."""

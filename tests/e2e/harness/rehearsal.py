@@ -1,6 +1,7 @@
 """A folder in which the program rehearses: engine and logs lie there, a vendor of its own serves it."""
 
 import json
+import os
 
 from . import processes
 from .program import Run
@@ -9,6 +10,10 @@ from .waiting import eventually
 
 FRENCH = "fr_CH"
 GERMAN = "de_CH"
+NONE = ""  # the window speaks French, the system's own error texts are English
+
+# Starts a program as a user whom the permissions of files hold back; by themselves they do not hold root back.
+BOUND_BY_PERMISSIONS = ("setpriv", "--bounding-set=-dac_override,-dac_read_search") if os.geteuid() == 0 else ()
 
 
 class Rehearsal:
@@ -18,7 +23,7 @@ class Rehearsal:
         self.build = build
         self.desktop = desktop
         self.folder = folder
-        self.mark = folder.name
+        self.mark = str(folder)
         self.engine_path = folder / "opt/Varlen/orvane/varlen-setup"
         self.log_root = folder / "Library/Kestrix"
         self.sample_engine = (build / "SampleEngine").read_bytes()
@@ -26,7 +31,14 @@ class Rehearsal:
         self.runs = []
         self.helpers = []
         self.limits = {}
+        self.api_origin = None
         self._scenario = folder / "scenario"
+
+    @property
+    def is_sanitized(self):
+        """Whether the program under test was built with the address or the thread sanitizer."""
+        program = (self.build / self.program_name).read_bytes()
+        return b"__asan_init" in program or b"__tsan_init" in program
 
     # The vendor.
 
@@ -85,19 +97,21 @@ class Rehearsal:
     # The program.
 
     def prepare(self):
-        """Leads the program to the first vendor, or to nobody."""
+        """Leads the program to `api_origin`, else to the first vendor, or to nobody."""
         vendor = self.vendors[0] if self.vendors else None
-        rehearsal = {"apiOrigin": vendor.origin if vendor else "https://localhost:1",
+        origin = vendor.origin if vendor else "https://localhost:1"
+        rehearsal = {"apiOrigin": self.api_origin or origin,
                      "certificateAuthority": str(vendor.folder / "ca.pem") if vendor else "/none"} | self.limits
         (self.folder / "rehearsal.json").write_text(json.dumps(rehearsal))
 
-    def start(self, *options, languages=FRENCH, variables=None):
+    def start(self, *options, languages=FRENCH, variables=None, through=()):
+        """`through` begins a command line that ends in the program, such as one that sets another umask."""
         self.prepare()
-        return self.run_program([self.build / self.program_name, *options],
+        return self.run_program([*through, self.build / self.program_name, *options],
                                 self.variables(languages, **(variables or {})))
 
     def run_program(self, command, variables):
-        run = Run(command, variables, self.log_root, self.folder)
+        run = Run(command, variables, self.log_root, self.folder, len(self.runs) + 1)
         self.runs.append(run)
         return run
 

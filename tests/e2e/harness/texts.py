@@ -1,4 +1,4 @@
-"""What a user reads, in the two languages that a run can speak."""
+"""What a user reads, in the two languages that a run can speak, and what the third would have a user read."""
 
 DOWNLOAD_SERVER = "downloads.kestrix.invalid"
 SECOND_SERVER = "www.kestrix.invalid"
@@ -59,3 +59,24 @@ class German:
     uninstallation_failed = "Die Desinstallation ist fehlgeschlagen."
     preparing_installation = "Die Installation wird vorbereitet..."
     preparing_uninstallation = "Die Desinstallation wird vorbereitet..."
+
+
+class English:
+    """No run speaks it: nothing chooses these texts."""
+    abort_installation = "Do you want to abort the installation ?"
+    abort_uninstallation = "Do you want to abort the uninstallation ?"
+    no_connection = "No Internet connection"
+    download_incorrect = "**Téléchargement incorrect. Avez-vous un parefeu (SonicWall) ?**"
+    uninstallation_consent = "**Voulez-vous vraiment désinstaller le logiciel ?**"
+    too_old = ("**Cet installeur est trop ancien. Téléchargez le dernier installeur depuis le site web "
+               '<a href=".kestrix.invalid/...".>varlen.kestrix.invalid</a>.**')
+    installation_failed = "**L'installation a échoué**"
+    uninstallation_failed = "**La désinstallation a échoué**"
+    installation_ended_well = (
+        "**L'installation s'est terminee correctement. Voulez-vous redemarrer la machine ?*")
+    uninstallation_ended_well = (
+        "**La désinstallation s'est terminée correctement. Voulez-vous redemarrer la machine ?**")
+    metered_network = (
+        "**Le téléchargement a été interrompu car la connexion est limitée est cela peut engendrer des coûts.**")
+    preparing_installation = "**Préparation de l'installation...**"
+    preparing_uninstallation = "**Préparation de a désinstallation...**"

@@ -50,6 +50,10 @@ class Vendor:
     def process(self):
         return self._process.pid
 
+    @property
+    def port(self):
+        return int(self.origin.rpartition(":")[2])
+
     def stop(self):
         if self._process.poll() is None:
             self._process.send_signal(signal.SIGTERM)

@@ -87,16 +87,39 @@ class Window:
         """Nothing but the main window."""
         eventually(lambda: (view := self.look()).main and not view.alerts, "the end of the alert")
 
-    def press(self, title):
-        """Presses the button of that title: the alert's if there is one, else the main window's."""
-        button = eventually(lambda: self._button(title), f"the button {title!r}")
+    def press(self, title, times=1, alert=None):
+        """Presses the button of that title: an alert's if one has it, else the main window's. `alert` is the text of
+        the one that is meant, where several stand."""
+        button = eventually(lambda: self._button(title, alert), f"the button {title!r}")
+        for _ in range(times):
+            button.do_action(0)
+
+    def press_in_vain(self, title, alert=None):
+        """Presses a button of a window that stays, and waits until the button has come up again."""
+        button = eventually(lambda: self._button(title, alert), f"the button {title!r}")
         button.do_action(0)
+        eventually(lambda: not _is_pressed(button), f"the button {title!r} to come up again")
 
     def controls(self):
         """Role and name of each control of the main window, from top to bottom."""
         frame = next(window for window in self._windows() if window.get_role() != Atspi.Role.DIALOG)
         return [(node.get_role_name(), node.get_name()) for node in _nodes(frame)
                 if _is_showing(node) and node.get_role() != Atspi.Role.FILLER]
+
+    def focused(self):
+        """The name of what has the keyboard."""
+        try:
+            return next((node.get_name() for window in self._windows() if _has(window, Atspi.StateType.ACTIVE)
+                         for node in _nodes(window) if _has(node, Atspi.StateType.FOCUSED)), None)
+        except GLib.Error:
+            return None
+
+    def await_focus(self, name):
+        eventually_equal(self.focused, name, "what has the keyboard")
+
+    def area_of(self, name, role=None):
+        """Left, top, right and bottom, on the screen, of the control of that name."""
+        return eventually(lambda: self._area_of(name, role), f"the control {name!r}")
 
     def children_beyond_the_last(self):
         """What is answered to somebody whose count of a node's children is out of date."""
@@ -138,16 +161,25 @@ class Window:
                 main = _main_view(nodes)
         return View(main, tuple(alerts))
 
-    def _button(self, title):
+    def _button(self, title, alert=None):
         try:
-            windows = self._windows()
-            windows.sort(key=lambda window: window.get_role() != Atspi.Role.DIALOG)
-            for node in _nodes(windows[0]) if windows else ():
-                if node.get_role() == Atspi.Role.PUSH_BUTTON and node.get_name() == title:
-                    return node
+            windows = sorted(self._windows(), key=lambda window: window.get_role() != Atspi.Role.DIALOG)
+            for nodes in map(list, map(_nodes, windows)):
+                if alert in (None, _alert_view(nodes).text):
+                    for node in _with_role(nodes, Atspi.Role.PUSH_BUTTON):
+                        if node.get_name() == title:
+                            return node
         except GLib.Error:
             pass
         return None
+
+    def _area_of(self, name, role):
+        try:
+            return next((_extents(node) for window in self._windows() for node in _nodes(window)
+                         if _is_showing(node) and node.get_name() == name
+                         and role in (None, node.get_role_name())), None)
+        except GLib.Error:
+            return None
 
 
 def _children(node):
@@ -169,6 +201,11 @@ def _has(node, state):
 def _is_showing(node):
     node.clear_cache()
     return _has(node, Atspi.StateType.SHOWING)
+
+
+def _is_pressed(node):
+    node.clear_cache()
+    return _has(node, Atspi.StateType.PRESSED)
 
 
 def _extents(node):
