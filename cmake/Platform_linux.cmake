@@ -13,6 +13,11 @@ target_link_libraries(orvane_system PUBLIC orvane_core PRIVATE CURL::libcurl Ope
 add_library(orvane_system_authorities STATIC platform/TrustedAuthorities_linux.cpp)
 target_link_libraries(orvane_system_authorities PUBLIC orvane_core)
 
+if(ORVANE_FUZZING)
+    add_subdirectory(tests/fuzz)
+    return()
+endif()
+
 find_package(Qt6 REQUIRED COMPONENTS Widgets)
 
 # The desktop half: window, alert, main queue, the end of the process.

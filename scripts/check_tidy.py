@@ -62,6 +62,8 @@ def main(build, cache):
     cache.mkdir(parents=True, exist_ok=True)
     version = subprocess.run(["clang-tidy", "--version"], capture_output=True, text=True, check=True).stdout
     entries = json.loads((build / "compile_commands.json").read_text())
+    # What a build makes for itself is not ours to mend.
+    entries = [entry for entry in entries if build not in Path(entry["file"]).parents]
     marks = {Path(entry["file"]): cache / key_of(Path(entry["file"]), entry["command"], build, version)
              for entry in entries}
     changed = [source for source in marks if not marks[source].exists()]

@@ -95,47 +95,7 @@ Bytes repeatedKey(const Bytes& key) {
     return block;
 }
 
-/// Walks along content and key block side by side and yields what they make together, so that a vector can
-/// be filled in one go through memory and not with zeros before.
-class TransformedBytes {
-public:
-    using iterator_category = std::random_access_iterator_tag;
-    using value_type = std::byte;
-    using difference_type = std::ptrdiff_t;
-    using pointer = const std::byte*;
-    using reference = std::byte;
-
-    TransformedBytes(const std::byte* content, const std::byte* block) : content_(content), block_(block) {}
-
-    std::byte operator*() const { return *content_ ^ *block_; }
-    TransformedBytes& operator+=(difference_type count) {
-        content_ += count;
-        block_ += count;
-        return *this;
-    }
-    TransformedBytes& operator++() { return *this += 1; }
-    TransformedBytes& operator--() { return *this += -1; }
-    difference_type operator-(const TransformedBytes& other) const { return content_ - other.content_; }
-    bool operator==(const TransformedBytes& other) const { return content_ == other.content_; }
-
-private:
-    const std::byte* content_;
-    const std::byte* block_;
-};
-
-Bytes transformed(ByteView content, const Bytes& key) {
-    const Bytes block = repeatedKey(key);
-    Bytes output;
-    output.reserve(content.size());
-    while (!content.empty()) {
-        const std::size_t count = std::min(block.size(), content.size());
-        const TransformedBytes piece(content.data(), block.data());
-        output.insert(output.end(), piece, TransformedBytes(piece) += static_cast<std::ptrdiff_t>(count));
-        content = content.subspan(count);
-    }
-    return output;
-}
-
+/// `content` begins with the key.
 void transformInPlace(std::span<std::byte> content, const Bytes& block) {
     while (!content.empty()) {
         const auto piece = content.first(std::min(block.size(), content.size()));
@@ -143,6 +103,20 @@ void transformInPlace(std::span<std::byte> content, const Bytes& block) {
                        [](std::byte contentByte, std::byte blockByte) { return contentByte ^ blockByte; });
         content = content.subspan(piece.size());
     }
+}
+
+/// Each block is transformed while its copy lies in the cache, so memory is gone through once.
+Bytes transformed(ByteView content, const Bytes& key) {
+    const Bytes block = repeatedKey(key);
+    Bytes output;
+    output.reserve(content.size());
+    while (!content.empty()) {
+        const ByteView piece = content.first(std::min(block.size(), content.size()));
+        output.insert(output.end(), piece.begin(), piece.end());
+        transformInPlace(std::span(output).last(piece.size()), block);
+        content = content.subspan(piece.size());
+    }
+    return output;
 }
 
 /// The key for so many bytes of content, or why there is none. Empty only for no content.

@@ -1,6 +1,7 @@
 #include "platform/PacedMainQueue.h"
 
 #include "platform/Queue.h"
+#include "tests/support/Gate.h"
 #include "tests/support/TestDesktop.h"
 
 #include <gtest/gtest.h>
@@ -29,7 +30,9 @@ protected:
         submitter = std::thread([this] {
             for (int number = 0; number < kMany; ++number) {
                 queue.submit([this, number] { ran.push_back(number); });
-                ++submitted;
+                if (++submitted > static_cast<int>(kMostWaiting)) {
+                    wentOn.open();
+                }
             }
         });
     }
@@ -38,6 +41,7 @@ protected:
     platform::PacedMainQueue queue{kMostWaiting};
     std::vector<int> ran;
     std::atomic<int> submitted = 0;
+    const Gate wentOn; ///< open when one more item was submitted than may wait
     std::thread submitter;
 };
 
@@ -62,6 +66,16 @@ TEST_F(PacedMainQueueTest, WhoSubmitsTooMuchWaitsForTheMainThread) {
     EXPECT_EQ(desktop.waitingMainItems(), kMostWaiting);
     desktop.runMainQueueUntil([this] { return ran.size() == kMany; });
     EXPECT_EQ(desktop.waitingMainItems(), 0U);
+}
+
+TEST_F(PacedMainQueueTest, WhoWaitsGoesOnWhenHalfOfTheItemsHadTheirTurn) {
+    startSubmitting();
+    while (submitted < static_cast<int>(kMostWaiting)) {
+        std::this_thread::yield();
+    }
+    desktop.runMainQueueUntil([this] { return ran.size() == kMostWaiting / 2; });
+    EXPECT_TRUE(wentOn.wait());
+    desktop.runMainQueueUntil([this] { return ran.size() == kMany; });
 }
 
 TEST_F(PacedMainQueueTest, ItemsSubmittedElsewhereKeepTheirPlaceAmongThem) {
