@@ -36,4 +36,6 @@ add_subdirectory(tools)
 include(CTest)
 if(BUILD_TESTING)
     add_subdirectory(tests)
+    # Measures with the tests' HTTPS server.
+    add_subdirectory(bench EXCLUDE_FROM_ALL)
 endif()
