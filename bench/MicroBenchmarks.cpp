@@ -29,7 +29,7 @@ void countBytes(benchmark::State& state, std::size_t bytesEachTime) {
 
 void DigestInMemory(benchmark::State& state, platform::DigestAlgorithm algorithm) {
     const Bytes memory(kMiB, std::byte{0x5A});
-    for (auto iteration : state) {
+    while (state.KeepRunning()) {
         platform::Digest digest(algorithm);
         digest.update(memory);
         benchmark::DoNotOptimize(digest.final());
@@ -44,7 +44,7 @@ void DigestOfFile(benchmark::State& state, const std::string& algorithm) {
     const std::filesystem::path file = folder.path() / "engine";
     const std::size_t size = 16 * kMiB;
     platform::writeNewFile(file, Bytes(size, std::byte{0x5A}));
-    for (auto iteration : state) {
+    while (state.KeepRunning()) {
         benchmark::DoNotOptimize(computeFileChecksum(file, algorithm));
     }
     countBytes(state, size);
@@ -59,7 +59,7 @@ void Transform(benchmark::State& state) {
     for (std::int64_t count = 0; count < state.range(0); ++count) {
         key += "9c";
     }
-    for (auto iteration : state) {
+    while (state.KeepRunning()) {
         benchmark::DoNotOptimize(computeXOREncryption(content, key));
     }
     countBytes(state, content.size());
@@ -69,8 +69,8 @@ BENCHMARK(Transform)->Arg(1)->Arg(16)->Arg(20)->Arg(32)->Arg(33)->Arg(64);
 /// What the transform cannot go below.
 void Copy(benchmark::State& state) {
     const Bytes content(kMiB, std::byte{0x5A});
-    for (auto iteration : state) {
-        const Bytes copy(content);
+    while (state.KeepRunning()) {
+        const Bytes copy(content.begin(), content.end());
         benchmark::DoNotOptimize(copy.data());
     }
     countBytes(state, content.size());
@@ -89,7 +89,7 @@ void MessageReceipt(benchmark::State& state) {
     EngineMessageSender sender(name);
     std::array<char, platform::kMessageTextSize> text{};
     std::int32_t type = 0;
-    for (auto iteration : state) {
+    while (state.KeepRunning()) {
         for (int count = 0; count < batch; ++count) {
             sender.send(EngineMessageType::step, "Copying files");
         }
@@ -105,7 +105,7 @@ void MessageReceipt(benchmark::State& state) {
 BENCHMARK(MessageReceipt)->UseManualTime();
 
 void NumberRule(benchmark::State& state, const std::string& text) {
-    for (auto iteration : state) {
+    while (state.KeepRunning()) {
         benchmark::DoNotOptimize(messageNumber(text));
     }
 }
@@ -114,7 +114,7 @@ BENCHMARK_CAPTURE(NumberRule, longest_number, "-9223372036854775808");
 BENCHMARK_CAPTURE(NumberRule, no_number, "42 files");
 
 void VersionComparison(benchmark::State& state, const std::string& left, const std::string& right) {
-    for (auto iteration : state) {
+    while (state.KeepRunning()) {
         benchmark::DoNotOptimize(compareVersions(left, right));
     }
 }
@@ -126,7 +126,7 @@ void LogLine(benchmark::State& state) {
     const test::TemporaryFolder folder;
     Logger logger(productDeployment());
     logger.OpenProgramLog(folder.path());
-    for (auto iteration : state) {
+    while (state.KeepRunning()) {
         logger.WriteProgramLog("Checking if orvane versions match");
     }
 }

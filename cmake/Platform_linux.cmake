@@ -29,6 +29,7 @@ qt_add_resources(orvane_desktop window_icons PREFIX /icons BASE packaging/icons/
 add_executable(OrvaneBootstrap app/main.cpp)
 target_link_libraries(OrvaneBootstrap PRIVATE
     orvane_core orvane_system orvane_system_authorities orvane_desktop)
+include(cmake/Packaging.cmake)
 
 add_subdirectory(demo)
 add_subdirectory(tools)

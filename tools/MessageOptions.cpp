@@ -102,9 +102,9 @@ void checkMessage(EngineMessageType type, const std::string& text) {
 
 MessageOptions parseMessageOptions(const std::vector<std::string>& arguments) {
     const CommandLine line(arguments, kGrammar);
-    const MessageOptions options{.owner = line.required("owner"),
-                                 .type = typeNamed(line.required("type")),
-                                 .text = line.value("text").value_or("")};
+    MessageOptions options{.owner = line.required("owner"),
+                           .type = typeNamed(line.required("type")),
+                           .text = line.value("text").value_or("")};
     if (!line.has("--force")) {
         checkMessage(options.type, options.text);
     }

@@ -46,7 +46,8 @@ ZIG_ENVIRONMENT = {
 }
 
 WARNINGS = ["-Wall", "-Wextra", "-Wpedantic", "-Wconversion", "-Wshadow", "-Wold-style-cast", "-Werror"]
-LANGUAGE = ["-std=c++20", "-O2", "-DNDEBUG", "-fstack-protector-strong"]
+# Without what debuggers read, for that names the folder of the build, and the same sources must give the same bytes.
+LANGUAGE = ["-std=c++20", "-O2", "-DNDEBUG", "-g0", "-fstack-protector-strong"]
 HEADERS = [f"-I{ROOT}", f"-I{GENERATED}", f"-isystem{HEADER_ONLY}", f"-I{INTERFACES / 'include'}", f"-F{INTERFACES}"]
 
 # What a Mac's own standard library of that age lacks is an error, although this build carries its own.

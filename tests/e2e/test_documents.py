@@ -30,7 +30,7 @@ def existing_tests():
     tests = set()
     for file in (ROOT / "tests").rglob("*.cpp"):
         tests.update(f"{suite}.{name}" for suite, name in UNIT_TEST.findall(file.read_text()))
-    for file in (ROOT / "tests/e2e").glob("test_*.py"):
+    for file in (ROOT / "tests").rglob("test_*.py"):
         tests.update(WHOLE_RUN.findall(file.read_text()))
     return tests
 

@@ -41,7 +41,7 @@ protected:
     platform::PacedMainQueue queue{kMostWaiting};
     std::vector<int> ran;
     std::atomic<int> submitted = 0;
-    const Gate wentOn; ///< open when one more item was submitted than may wait
+    Gate wentOn; ///< open when one more item was submitted than may wait
     std::thread submitter;
 };
 

@@ -24,12 +24,14 @@ mount -t tmpfs none /mnt
 for entry in /*; do
     case $entry in
         /mnt | /opt | /Library) ;;
+        /etc) cp -a /etc /mnt ;;  # a copy takes new files, and a bare system has no hosts
         *) if [ -L "$entry" ]; then cp -P "$entry" /mnt
            elif [ -d "$entry" ]; then mkdir "/mnt$entry"; mount --rbind "$entry" "/mnt$entry"
            fi ;;
     esac
 done
 mkdir /mnt/mnt /mnt/opt /mnt/Library
+touch /mnt/etc/hosts
 mount --bind {folder}/hosts /mnt/etc/hosts
 mount --bind {folder}/authorities.pem /mnt{authorities}
 ip link set lo up
