@@ -4,7 +4,7 @@ import os
 import signal
 
 import pytest
-from harness.processes import halt, peak_memory
+from harness.processes import halt
 from harness.rehearsal import NONE
 from harness.reports import log_in
 from harness.texts import French
@@ -174,11 +174,11 @@ def test_a_log_of_50_mebibytes_is_sent_whole_in_a_few_times_its_memory(rehearsal
     vendor = rehearsal.vendor_with_engine()
     run = rehearsal.start()
     run.service_name()
-    usual_memory = peak_memory(run.process)
+    usual_memory = run.peak_memory()
     with open(run.log_file(), "ab") as log_file:
         log_file.write(b"12:00:00: long\r\n" * (50 * MEBIBYTE // 16))
     rehearsal.open_gate("log is long")
     [report] = eventually(vendor.report_bodies, "the crash report")
-    assert peak_memory(run.process) - usual_memory < 225 * MEBIBYTE
+    assert run.peak_memory() - usual_memory < 225 * MEBIBYTE
     rehearsal.acknowledge(run, "Rien ne va plus")
     assert log_in(report) == run.log_file().read_bytes()

@@ -4,7 +4,6 @@ import gzip
 import json
 
 import pytest
-from harness.processes import peak_memory
 from harness.servers import SilentServer
 from harness.texts import French
 from harness.vendor import DESCRIPTION, DESCRIPTION_PATH, ENGINE, REPORT
@@ -213,10 +212,10 @@ def test_an_answer_beyond_64_mebibytes_is_refused_before_it_fills_the_memory(reh
     run = rehearsal.start()
     run.window.main()
     eventually(vendor.requests, "the request")
-    before = peak_memory(run.process)
+    before = run.peak_memory()
     vendor.release()
     run.window.await_alert(French.no_connection)
-    assert peak_memory(run.process) < before + 4 * 64 * MEBIBYTE
+    assert run.peak_memory() < before + 4 * 64 * MEBIBYTE
     assert refusal_in(rehearsal, run) == TOO_LARGE
     assert not [line for line in run.log() if line.startswith(INFO)]
 

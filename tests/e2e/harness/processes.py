@@ -60,12 +60,6 @@ def marked(mark):
     return [process for process, _, state in _states() if state != "Z" and wanted in _environment(process)]
 
 
-def peak_memory(process):
-    """The most memory, in bytes, that the process has had in use at once."""
-    lines = Path(f"/proc/{process}/status").read_text().splitlines()
-    return next(int(line.split()[1]) * 1024 for line in lines if line.startswith("VmHWM:"))
-
-
 def halt(process):
     """Stops it where it is, until SIGCONT. Its threads take note only when they come to run."""
     os.kill(process, signal.SIGSTOP)
