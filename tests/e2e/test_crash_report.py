@@ -179,6 +179,7 @@ def test_a_log_of_50_mebibytes_is_sent_whole_in_a_few_times_its_memory(rehearsal
         log_file.write(b"12:00:00: long\r\n" * (50 * MEBIBYTE // 16))
     rehearsal.open_gate("log is long")
     [report] = eventually(vendor.report_bodies, "the crash report")
-    assert run.peak_memory() - usual_memory < 225 * MEBIBYTE
+    if not rehearsal.is_sanitized:  # a sanitizer keeps what was freed
+        assert run.peak_memory() - usual_memory < 225 * MEBIBYTE
     rehearsal.acknowledge(run, "Rien ne va plus")
     assert log_in(report) == run.log_file().read_bytes()
