@@ -108,14 +108,18 @@ def download_rows(world, size, pairs):
 def start_rows(world, pairs):
     watch = WindowWatch(world)
     folder = world.rehearsal("start").folder
-    ours, minimal, linked = in_turns(
+    minimal = [world.build / "BenchMinimalWindow"]
+    like_ours = [*minimal, "with-controls"]
+    ours, empty, filled, linked = in_turns(
         3 * pairs,
         lambda: watch.start_to_window([world.build / "OrvaneBootstrapRehearsal"],
                                       world.variables | {"ORVANE_REHEARSAL": str(folder)}),
-        lambda: watch.start_to_window([world.build / "BenchMinimalWindow"], world.variables),
-        lambda: watch.start_to_window([world.build / "BenchMinimalWindow"],
-                                      world.variables | {"LD_PRELOAD": "libcurl.so.4"}))
-    for beside, others in (("a minimal window", minimal), ("a minimal window linked with libcurl", linked)):
+        lambda: watch.start_to_window(minimal, world.variables),
+        lambda: watch.start_to_window(like_ours, world.variables),
+        lambda: watch.start_to_window(like_ours, world.variables | {"LD_PRELOAD": "libcurl.so.4"}))
+    for beside, others in (("an empty window", empty),
+                           ("a window with two texts, a bar and a button", filled),
+                           ("the same, linked with libcurl", linked)):
         yield Row("start to window shown", f"time of {beside}",
                   ratio([one[0] for one in ours], [one[0] for one in others]), 1.15, False,
                   remark=f"{median(one[0] for one in ours) * MS:.0f} ms")
