@@ -24,7 +24,7 @@ into FOLDER, and prints both digests. Nothing is replaced unless everything succ
                          pkg:  FILE as it is, as NAME.pkg
   --output FOLDER        made if it is missing
   --plain-engine ENGINE  with --cipher pkg, and only then: the engine that the package installs
-  --dry-run              does and checks everything, but leaves FOLDER as it is
+  --dry-run              does everything, but leaves FOLDER as it is
   --json                 prints the result as one JSON object
   --help                 prints this text
 

@@ -174,7 +174,7 @@ def test_the_engines_in_the_guide_are_rehearsed_as_the_guide_tells(rehearsal, ma
     engine = make_engine(source)
     (source / "my-engine").write_bytes(engine)
     (source / "my-engine").chmod(0o755)
-    script = block(ENGINE_GUIDE, "mkdir -p /tmp/try").replace("/tmp/try", str(rehearsal.folder / "try"))
+    script = block(ENGINE_GUIDE, "rm -rf /tmp/try").replace("/tmp/try", str(rehearsal.folder / "try"))
     variables = rehearsal.variables(PATH=f"{rehearsal.build}:{os.environ['PATH']}")
     subprocess.run(["sh", "-ec", script.replace("build/release", str(rehearsal.build))], cwd=source, env=variables,
                    stdout=subprocess.DEVNULL, check=True, timeout=60)
