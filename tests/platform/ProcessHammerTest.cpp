@@ -1,5 +1,6 @@
 #include "tests/platform/ProcessFixture.h"
 #include "tests/support/OpenDescriptors.h"
+#include "tests/support/SeveralThreads.h"
 #include "tests/support/Watchdog.h"
 
 #include "platform/Bytes.h"
@@ -8,7 +9,6 @@
 #include <atomic>
 #include <cerrno>
 #include <csignal>
-#include <functional>
 #include <gtest/gtest.h>
 #include <memory>
 #include <string>
@@ -22,21 +22,8 @@ namespace {
 
 using platform::Process;
 
-constexpr int kThreads = 4;
-
 class ProcessHammerTest : public ProcessTest {
 protected:
-    /// Runs `work` on several threads at once, each with a number of its own.
-    static void onSeveralThreads(const std::function<void(int)>& work) {
-        std::vector<std::thread> threads;
-        for (int number = 0; number < kThreads; ++number) {
-            threads.emplace_back(work, number);
-        }
-        for (std::thread& thread : threads) {
-            thread.join();
-        }
-    }
-
     /// Whether every child, waited for or not, is gone in time.
     static bool noChildIsLeft() {
         const auto limit = std::chrono::steady_clock::now() + kPatience;
@@ -104,7 +91,7 @@ TEST_F(ProcessHammerTest, InterruptsFromSeveralThreadsMeetALaunchAnEndAndADestru
         process->setArguments({round % 2 == 0 ? "0" : "600"});
         std::atomic<bool> isOver = false;
         std::vector<std::thread> interrupters;
-        for (int number = 0; number < kThreads; ++number) {
+        for (int number = 0; number < kSeveralThreads; ++number) {
             interrupters.emplace_back([process, &isOver] {
                 while (!isOver) {
                     process->interrupt();

@@ -1,33 +1,20 @@
 #include "tests/platform/UrlSessionFixture.h"
 #include "tests/support/OpenDescriptors.h"
+#include "tests/support/SeveralThreads.h"
 #include "tests/support/Watchdog.h"
 
 #include <algorithm>
-#include <functional>
 #include <gtest/gtest.h>
 #include <memory>
 #include <string>
-#include <thread>
 #include <vector>
 
 namespace orvane::test {
 
 namespace {
 
-constexpr int kThreads = 4;
-
 class UrlSessionHammerTest : public UrlSessionFixture {
 protected:
-    static void onSeveralThreads(const std::function<void(int)>& work) {
-        std::vector<std::thread> threads;
-        for (int number = 0; number < kThreads; ++number) {
-            threads.emplace_back(work, number);
-        }
-        for (std::thread& thread : threads) {
-            thread.join();
-        }
-    }
-
     const Watchdog watchdog_;
 };
 
@@ -107,7 +94,7 @@ TEST_F(UrlSessionHammerTest, ADelegateThatGoesWhileCallsComeIsNeverCalledAfterwa
     for (int round = 0; round < 10; ++round) {
         auto delegate = std::make_shared<RecordingDelegate>();
         const auto session = makeSession(delegate);
-        for (int count = 0; count < kThreads; ++count) {
+        for (int count = 0; count < kSeveralThreads; ++count) {
             session->dataTask({.url = server.url()})->resume();
         }
         EXPECT_TRUE(delegate->waitForBodyBytes(1));

@@ -2,6 +2,7 @@
 
 #include "platform/Bytes.h"
 #include "tests/support/TrustedTestAuthorities.h"
+#include "tools/DescriptionJson.h"
 #include "verify/Crypto.h"
 
 #include <gtest/gtest.h>
@@ -69,18 +70,7 @@ FileDownloadInfo TestVendor::publishEngine(const std::string& program,
     return info;
 }
 
-void TestVendor::describe(const FileDownloadInfo& info) {
-    const nlohmann::json document{
-        {"URL", info.URL},
-        {"Checksum", info.Checksum},
-        {"ChecksumAlgorithm", info.ChecksumAlgorithm},
-        {"EncryptedFileChecksum", info.EncryptedFileChecksum},
-        {"EncryptionAlgorithm", info.EncryptionAlgorithm},
-        {"Size", info.Size},
-        {"Version", info.Version},
-    };
-    answerDescriptionWith(document.dump());
-}
+void TestVendor::describe(const FileDownloadInfo& info) { answerDescriptionWith(tools::jsonOf(info).dump()); }
 
 void TestVendor::answerDescriptionWith(const std::string& body) {
     replaceFile(folder_.path() / "published" / "downloadinstaller.json", body);
