@@ -86,7 +86,7 @@ std::size_t wholeKeys(std::size_t keyLength, std::size_t atLeast) {
 
 /// The key written out until it fills a block that is worth a vector loop, whatever the key's length.
 Bytes repeatedKey(const Bytes& key) {
-    constexpr std::size_t worthwhileBlock = 2048;
+    constexpr std::size_t worthwhileBlock = 16384;
     Bytes block;
     for (std::size_t left = wholeKeys(key.size(), worthwhileBlock); !key.empty() && left > 0;
          left -= key.size()) {

@@ -219,12 +219,12 @@ TEST(XorTransformTest, TwiceTheSameKeyRestoresTheContent) {
 
 TEST(XorTransformTest, EachPositionMeetsItsKeyByteWhateverTheKeysLength) {
     // Lengths around and past what one pass over the content takes at once.
-    for (const std::size_t keyLength : {1U, 3U, 7U, 2047U, 2048U, 2049U, 5000U}) {
+    for (const std::size_t keyLength : {1U, 3U, 7U, 2047U, 5000U, 16383U, 16384U, 16385U, 40000U}) {
         Bytes key;
         for (std::size_t index = 0; index < keyLength; ++index) {
             key.push_back(static_cast<std::byte>(index * 7 + index / 256));
         }
-        const std::string original = contents(20011);
+        const std::string original = contents(100003);
         Bytes expected;
         for (std::size_t index = 0; index < original.size(); ++index) {
             expected.push_back(static_cast<std::byte>(original[index]) ^ key[index % keyLength]);
