@@ -208,7 +208,7 @@ void UrlTransfer::watchProgress() {
 }
 
 std::optional<UrlTransfer::Clock::time_point> UrlTransfer::deadline() const {
-    if (!hasBegun_ || task_->isSuspended()) {
+    if (!hasBegun_ || isHeldBack_) {
         return std::nullopt;
     }
     return lastMovement_ + task_->request().timeoutInterval;

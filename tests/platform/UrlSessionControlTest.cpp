@@ -122,12 +122,12 @@ TEST_F(UrlSessionControlTest, ASuspendedTaskReceivesNothingUntilItIsResumed) {
     EXPECT_FALSE(delegate->record().error);
 }
 
-/// A task with a limit of two seconds is suspended until another's limit of three has run out, and then
-/// resumed.
+/// A task with a limit of two seconds is suspended until another's limit of three has run out.
 class UrlSessionPauseTest : public UrlSessionControlTest {
 protected:
-    void suspendForLongerThanTheLimit(const std::string& url, Gate& isUnderWay) {
-        const auto task = session_->dataTask({.url = url, .timeoutInterval = std::chrono::seconds(2)});
+    std::shared_ptr<UrlSessionDataTask> suspendForLongerThanTheLimit(const std::string& url,
+                                                                     Gate& isUnderWay) {
+        auto task = session_->dataTask({.url = url, .timeoutInterval = std::chrono::seconds(2)});
         task->resume();
         EXPECT_TRUE(isUnderWay.wait());
         task->suspend();
@@ -135,7 +135,7 @@ protected:
         EXPECT_TRUE(delegate_->waitForCompletions(1));
         EXPECT_EQ(delegate_->record().error->code(), platformErrors().timedOut);
         EXPECT_EQ(delegate_->record().body, "");
-        task->resume();
+        return task;
     }
 
     const std::shared_ptr<RecordingDelegate> delegate_ = std::make_shared<RecordingDelegate>();
@@ -158,7 +158,7 @@ TEST_F(UrlSessionPauseTest, TimeDoesNotRunForATaskThatIsSuspendedBeforeItsAnswer
         connection.send(okResponse("patient"));
     });
     const LoopbackServer quick(answering(okResponse("quick ")));
-    suspendForLongerThanTheLimit(server.url(), requestArrived);
+    suspendForLongerThanTheLimit(server.url(), requestArrived)->resume();
     // When this one is through, the session has looked at the resumed task and found no reason to end it.
     session_->dataTask({.url = quick.url()})->resume();
     EXPECT_TRUE(delegate_->waitForCompletions(2));
@@ -175,9 +175,26 @@ TEST_F(UrlSessionPauseTest, TimeDoesNotRunForATaskThatIsSuspendedBeforeItsBody) 
         task.suspend();
         responseArrived.open();
     };
-    suspendForLongerThanTheLimit(server.url(), responseArrived);
+    suspendForLongerThanTheLimit(server.url(), responseArrived)->resume();
     EXPECT_TRUE(delegate_->waitForCompletions(2));
     EXPECT_EQ(delegate_->record().body, "patient");
+    EXPECT_FALSE(delegate_->record().error);
+}
+
+TEST_F(UrlSessionPauseTest, TimeDoesNotRunBetweenTheCommandToGoOnAndItsExecution) {
+    const LoopbackServer server(answering(okResponse("patient")));
+    const LoopbackServer quick(answering(okResponse("quick ")));
+    Gate responseArrived;
+    delegate_->whenResponseArrives = [&](UrlSessionDataTask& task) {
+        task.suspend();
+        responseArrived.open();
+    };
+    const auto task = suspendForLongerThanTheLimit(server.url(), responseArrived);
+    // From here the session cannot obey before it has looked once more for tasks whose time is up.
+    delegate_->whenResponseArrives = [&task](UrlSessionDataTask&) { task->resume(); };
+    session_->dataTask({.url = quick.url()})->resume();
+    EXPECT_TRUE(delegate_->waitForCompletions(3));
+    EXPECT_EQ(delegate_->record().body, "quick patient");
     EXPECT_FALSE(delegate_->record().error);
 }
 
