@@ -86,6 +86,8 @@ TEST_F(EngineLaunchTest, TheArgumentsAreLoggedWithoutTheEnginesPath) {
         line += " " + argument;
     }
     EXPECT_EQ(logLines(), Lines{line});
+    // It writes into the test's folder, which goes with the test.
+    EXPECT_EQ(controller->orvaneProcessHandle.load()->waitUntilExit(), 0);
 }
 
 TEST_F(EngineLaunchTest, AnEngineWithoutItsPermissionGets0744AndIsStarted) {
