@@ -13,6 +13,12 @@ bool contains(const std::vector<std::string_view>& names, std::string_view name)
 
 } // namespace
 
+bool asksForHelp(const std::vector<std::string>& arguments) {
+    const auto optionsEnd = std::ranges::find(arguments, "--");
+    return std::any_of(arguments.begin(), optionsEnd,
+                       [](const std::string& argument) { return argument == "--help" || argument == "-h"; });
+}
+
 void refuseUsage(const std::string& text) { throw ToolError(ExitStatus::usage, text); }
 
 std::string checkedVersion(std::string_view option, const std::string& version) {

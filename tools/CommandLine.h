@@ -36,6 +36,9 @@ private:
     std::multimap<std::string, std::string, std::less<>> values_;
 };
 
+/// Whether "--help" or "-h" stands among the options, whatever else is wrong with them.
+bool asksForHelp(const std::vector<std::string>& arguments);
+
 /// For the usage errors that a single tool finds.
 [[noreturn]] void refuseUsage(const std::string& text);
 

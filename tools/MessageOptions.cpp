@@ -19,7 +19,7 @@ Sends one message to a running bootstrapper, as its engine would.
   TYPE     progress, step, network, end, error, restart or cancel; or the type's number
   TEXT     what the message carries; empty without it
   --force  sends also what the bootstrapper would ignore, cut, or stop at
-  --help   prints this text
+  --help   prints this text, as does -h
 
 What follows "--" is taken as it stands. Exit status: 0 delivered, 64 wrong usage, 65 a message of no use, 69
 nobody answers to OWNER. orvane-message(1) says more.

@@ -1,7 +1,7 @@
+#include "tools/CommandLine.h"
 #include "tools/MessageOptions.h"
 #include "tools/ToolError.h"
 
-#include <algorithm>
 #include <iostream>
 
 namespace {
@@ -21,7 +21,7 @@ int fail(ExitStatus status, const std::string& text) {
 
 int main(int argumentCount, char** arguments) {
     const std::vector<std::string> all(arguments + 1, arguments + argumentCount);
-    if (std::ranges::find(all, "--help") != all.end()) {
+    if (asksForHelp(all)) {
         std::cout << kMessageUsage;
         return 0;
     }

@@ -1,9 +1,9 @@
 #include "demo/RehearsalAuthorities.h"
+#include "tools/CommandLine.h"
 #include "tools/PublishOptions.h"
 #include "tools/Reports.h"
 #include "tools/ToolError.h"
 
-#include <algorithm>
 #include <cstdlib>
 #include <iostream>
 
@@ -58,7 +58,7 @@ int runVerify(const Arguments& arguments) {
 
 int run(const Arguments& all) {
     const bool isVerify = !all.empty() && all.front() == "verify";
-    if (std::ranges::find(all, "--help") != all.end()) {
+    if (asksForHelp(all)) {
         std::cout << (isVerify ? kVerifyUsage : kPublishUsage);
         return 0;
     }

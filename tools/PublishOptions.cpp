@@ -26,7 +26,7 @@ into FOLDER, and prints both digests. Nothing is replaced unless everything succ
   --plain-engine ENGINE  with --cipher pkg, and only then: the engine that the package installs
   --dry-run              does everything, but leaves FOLDER as it is
   --json                 prints the result as one JSON object
-  --help                 prints this text
+  --help                 prints this text, as does -h
 
 Exit status: 0 published, 64 wrong usage, 65 unsuitable file, 66 file cannot be read, 70 the result does not
 decipher back, 73 cannot write. orvane-publish(1) says more.

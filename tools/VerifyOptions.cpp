@@ -18,7 +18,7 @@ bootstrappers accept them. Writes nothing but into a folder for temporary files,
   --authority FILE  believe the certificate authorities in this PEM file, for a server that is tried out;
                     bootstrappers believe the system's alone
   --json            prints the result as one JSON object
-  --help            prints this text
+  --help            prints this text, as does -h
 
 Exit status: 0 all of them accept it, 64 wrong usage, 65 not all of them, 69 it cannot be fetched, 73 no room
 for temporary files. orvane-publish(1) says more.

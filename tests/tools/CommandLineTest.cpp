@@ -49,6 +49,13 @@ TEST(CommandLineTest, AfterTwoHyphensEverythingIsAnOperand) {
     EXPECT_FALSE(line.has("--flag"));
 }
 
+TEST(CommandLineTest, HelpIsAskedForAmongTheOptionsAlone) {
+    EXPECT_TRUE(asksForHelp({"a", "--other", "--help"}));
+    EXPECT_TRUE(asksForHelp({"-h"}));
+    EXPECT_FALSE(asksForHelp({"a", "--flag"}));
+    EXPECT_FALSE(asksForHelp({"a", "--", "--help", "-h"}));
+}
+
 TEST(CommandLineTest, RefusesWhatItDoesNotKnow) {
     EXPECT_EQ(failureOf({"--other"}), "unknown option --other");
     EXPECT_EQ(failureOf({"a", "b", "c"}), "unexpected argument \"c\"");
