@@ -123,7 +123,7 @@ Finding checkTransferredDigest(const FileDownloadInfo& info, const std::filesyst
                                      (looksLikeAPage ? "; the file looks like a page" : ""));
 }
 
-/// Also of a script. Of the systems that bootstrappers run on.
+/// A program of the systems that bootstrappers run on, or a script that names its interpreter.
 Finding checkProgram(const std::filesystem::path& engine) {
     using namespace std::string_literals;
     static const std::array<std::string, 7> beginnings{"#!"s,
@@ -138,7 +138,7 @@ Finding checkProgram(const std::filesystem::path& engine) {
     if (std::ranges::any_of(beginnings, [&](const auto& bytes) { return first.starts_with(bytes); })) {
         return good("program", "the engine begins like a program");
     }
-    return warning("program", "the engine begins like no program: bootstrappers may be unable to start it");
+    return failed("program", "the engine begins like no program: bootstrappers cannot start it");
 }
 
 Finding checkTransferredSize(const FileDownloadInfo& info, const std::filesystem::path& engine) {

@@ -168,7 +168,7 @@ TEST_F(DescriptionChecksTest, AnEngineThatBeginsLikeNoProgramIsToldOf) {
     describe("");
     transfer("a text");
     info_.Checksum = info_.EncryptedFileChecksum;
-    EXPECT_EQ(fileVerdict("program"), Verdict::warning);
+    EXPECT_EQ(fileVerdict("program"), Verdict::failed);
     transfer("\x7F"
              "ELF and more");
     info_.Checksum = info_.EncryptedFileChecksum;
