@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/DownloadDecision.h"
 #include "app/LocalizedTexts.h"
 #include "config/Deployment.h"
 #include "download/DownloadService.h"
@@ -24,14 +25,6 @@ class Logger;
 namespace platform {
 class Process;
 }
-
-/// What `initializeDownloads` decided.
-enum class DownloadDecision : std::int64_t {
-    download = 1,    ///< a usable engine must be downloaded
-    useExisting = 2, ///< the engine on the machine is usable
-    giveUp = 3,      ///< nothing usable and nothing may be downloaded
-    noDescription = 4,
-};
 
 /// The controller of the main window, and the owner of everything that one run knows. It lives until the
 /// process ends.

@@ -8,8 +8,8 @@
 #include <string_view>
 
 /// The engine's side of the channel on which it reports to the program that started it. An engine takes this
-/// header, EngineMessageSender.cpp and its platform's source file into its own build; they need nothing else
-/// of the project.
+/// header, EngineMessageConnection.h, EngineMessageSender.cpp and its platform's source file into its own
+/// build; they need nothing else of the project.
 namespace orvane {
 
 /// What a message says. A number travels as decimal digits, with nothing around them.

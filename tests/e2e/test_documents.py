@@ -99,6 +99,22 @@ def test_every_file_that_a_document_leads_to_is_there(document):
     assert [target for target in targets if not (document.parent / target).exists()] == []
 
 
+def test_every_message_type_stands_in_the_guide_for_engines_and_in_orvane_messages_help_and_manual(rehearsal):
+    header = (ROOT / "engine/EngineMessageSender.h").read_text()
+    types = re.findall(r"^    (\w+) = (\d+),", header, re.MULTILINE)
+    assert len(types) >= 7
+    guide = (DOCS / "engine-guide.md").read_text()
+    assert [name for name, number in types if f"\n| {number} {name.lower().replace('button', ' button')} |" not in guide] == []
+    names = [name.removesuffix("Button") for name, _ in types]
+    manual = (ROOT / "packaging/man/orvane-message.1").read_text()
+    assert re.findall(r"^\.It Cm (\w+) Ta (\d+) Ta", manual, re.MULTILINE) == list(zip(names, dict(types).values()))
+    tool = rehearsal.build / "orvane-message"
+    help_text = subprocess.run([tool, "--help"], capture_output=True, text=True, check=True).stdout
+    assert re.search(r"TYPE +(.+);", help_text).group(1).replace(" or ", ", ").split(", ") == names
+    unknown = subprocess.run([tool, "owner", str(len(types))], capture_output=True, text=True)
+    assert f"the types 0 to {len(types) - 1}" in unknown.stderr
+
+
 @pytest.mark.parametrize("tool", ["orvane-publish", "orvane-message"])
 def test_a_tools_manual_names_every_option_of_its_help(tool, rehearsal):
     manual = (ROOT / f"packaging/man/{tool}.1").read_text()
