@@ -7,6 +7,7 @@ from harness.engines import (program_of_another_machine, shell_engine, waiting_f
                              with_one_bit_flipped)
 from harness.texts import French
 from harness.vendor import DESCRIPTION, ENGINE, REPORT, xor
+from harness.waiting import eventually
 
 MEBIBYTE = 1 << 20
 
@@ -217,7 +218,8 @@ def test_an_engine_that_closes_its_output_is_not_waited_for(rehearsal):
     vendor, run = start_with_engine(rehearsal, shell_engine(version, waiting_for_the_owners_end()))
     run.await_log("Spawning orvane with args --pid")
     assert "remote version is 14.2.7 and local is 14.2.7" in run.log()
-    assert len(run.engines()) == 2, "the one that told its version goes on"
+    # The line stands in the log a moment before the second one is there.
+    eventually(lambda: len(run.engines()) == 2, "an engine beside the one that told its version")
     assert vendor.requests() == [DESCRIPTION]
     run.kill()
 
