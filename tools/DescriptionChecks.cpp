@@ -126,10 +126,11 @@ Finding checkTransferredDigest(const FileDownloadInfo& info, const std::filesyst
 /// A program of the systems that bootstrappers run on, or a script that names its interpreter.
 Finding checkProgram(const std::filesystem::path& engine) {
     using namespace std::string_literals;
-    static const std::array<std::string, 7> beginnings{"#!"s,
+    static const std::array<std::string, 8> beginnings{"#!"s,
                                                        "\x7F"
                                                        "ELF"s,
                                                        "\xCA\xFE\xBA\xBE"s,
+                                                       "\xCA\xFE\xBA\xBF"s,
                                                        "\xCE\xFA\xED\xFE"s,
                                                        "\xCF\xFA\xED\xFE"s,
                                                        "\xFE\xED\xFA\xCE"s,

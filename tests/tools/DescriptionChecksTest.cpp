@@ -164,15 +164,17 @@ TEST_F(DescriptionChecksTest, ASizeAboveTheFilesChangesNothingButIsWrong) {
     EXPECT_EQ(fileVerdict("length"), Verdict::warning);
 }
 
-TEST_F(DescriptionChecksTest, AnEngineThatBeginsLikeNoProgramIsToldOf) {
+TEST_F(DescriptionChecksTest, AnEngineThatBeginsLikeNoProgramFails) {
     describe("");
     transfer("a text");
     info_.Checksum = info_.EncryptedFileChecksum;
     EXPECT_EQ(fileVerdict("program"), Verdict::failed);
-    transfer("\x7F"
-             "ELF and more");
-    info_.Checksum = info_.EncryptedFileChecksum;
-    EXPECT_EQ(fileVerdict("program"), Verdict::good);
+    for (const std::string beginning :
+         {"#!", "\x7F\x45LF", "\xCA\xFE\xBA\xBE", "\xCA\xFE\xBA\xBF", "\xCF\xFA\xED\xFE"}) {
+        transfer(beginning + " and more");
+        info_.Checksum = info_.EncryptedFileChecksum;
+        EXPECT_EQ(fileVerdict("program"), Verdict::good) << beginning;
+    }
 }
 
 TEST_F(DescriptionChecksTest, WhatAPackageInstallsIsNotKnown) {
