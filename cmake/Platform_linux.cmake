@@ -10,7 +10,7 @@ add_library(orvane_system STATIC ${ORVANE_SYSTEM_LINUX_SOURCES})
 target_link_libraries(orvane_system PUBLIC orvane_core PRIVATE CURL::libcurl OpenSSL::SSL)
 
 # Whose certificates are believed: the product takes the system's, a rehearsal brings its own.
-add_library(orvane_system_authorities STATIC platform/TrustedAuthorities_linux.cpp)
+add_library(orvane_system_authorities STATIC src/platform/TrustedAuthorities_linux.cpp)
 target_link_libraries(orvane_system_authorities PUBLIC orvane_core)
 
 if(ORVANE_FUZZING)
@@ -26,7 +26,7 @@ target_link_libraries(orvane_desktop PUBLIC orvane_core PRIVATE Qt6::Widgets)
 list(TRANSFORM ORVANE_WINDOW_ICONS PREPEND packaging/icons/hicolor/)
 qt_add_resources(orvane_desktop window_icons PREFIX /icons BASE packaging/icons/hicolor FILES ${ORVANE_WINDOW_ICONS})
 
-add_executable(OrvaneBootstrap app/main.cpp)
+add_executable(OrvaneBootstrap src/app/main.cpp)
 target_link_libraries(OrvaneBootstrap PRIVATE
     orvane_core orvane_system orvane_system_authorities orvane_desktop)
 include(cmake/Packaging.cmake)

@@ -16,7 +16,7 @@ target_compile_options(orvane_desktop PRIVATE $<$<COMPILE_LANGUAGE:OBJCXX>:-fobj
 target_link_libraries(orvane_desktop PUBLIC orvane_core "-framework AppKit")
 
 configure_file(packaging/macos/Info.plist.in generated/Info.plist @ONLY)
-add_executable(OrvaneBootstrap MACOSX_BUNDLE app/main.cpp)
+add_executable(OrvaneBootstrap MACOSX_BUNDLE src/app/main.cpp)
 set_target_properties(OrvaneBootstrap PROPERTIES
     MACOSX_BUNDLE_INFO_PLIST "${CMAKE_BINARY_DIR}/generated/Info.plist")
 target_link_libraries(OrvaneBootstrap PRIVATE orvane_core orvane_system orvane_desktop)

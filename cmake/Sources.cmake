@@ -1,63 +1,63 @@
 # Which file belongs to which platform and to which half of it. The one place that says so.
 
 set(ORVANE_PORTABLE_SOURCES
-    app/AppDelegate.cpp
-    app/InstallerFlow.cpp
-    app/LocaleChoice.cpp
-    app/LocalizedTexts.cpp
-    app/Presentation.cpp
-    app/RunApplication.cpp
-    app/ViewController.cpp
-    config/Deployment.cpp
-    download/DownloadService.cpp
-    download/EngineDownload.cpp
-    download/FileDescription.cpp
-    download/FileDownloadInfo.cpp
-    engine/EngineLaunch.cpp
-    engine/EngineMessages.cpp
-    engine/ExecutableBit.cpp
-    engine/MachPort.cpp
-    engine/MessageNumber.cpp
-    log/Base64.cpp
-    log/CrashReport.cpp
-    log/Logger.cpp
-    platform/BoundedRequest.cpp
-    platform/Error.cpp
-    platform/PacedMainQueue.cpp
-    platform/ProgrammingError.cpp
-    platform/Url.cpp
-    platform/Utf8.cpp
-    verify/Crypto.cpp
-    verify/EngineChecks.cpp
-    verify/Shell.cpp
-    verify/Versions.cpp)
+    src/app/AppDelegate.cpp
+    src/app/InstallerFlow.cpp
+    src/app/LocaleChoice.cpp
+    src/app/LocalizedTexts.cpp
+    src/app/Presentation.cpp
+    src/app/RunApplication.cpp
+    src/app/ViewController.cpp
+    src/config/Deployment.cpp
+    src/download/DownloadService.cpp
+    src/download/EngineDownload.cpp
+    src/download/FileDescription.cpp
+    src/download/FileDownloadInfo.cpp
+    src/engine/EngineLaunch.cpp
+    src/engine/EngineMessages.cpp
+    src/engine/ExecutableBit.cpp
+    src/engine/MachPort.cpp
+    src/engine/MessageNumber.cpp
+    src/log/Base64.cpp
+    src/log/CrashReport.cpp
+    src/log/Logger.cpp
+    src/platform/BoundedRequest.cpp
+    src/platform/Error.cpp
+    src/platform/PacedMainQueue.cpp
+    src/platform/ProgrammingError.cpp
+    src/platform/Url.cpp
+    src/platform/Utf8.cpp
+    src/verify/Crypto.cpp
+    src/verify/EngineChecks.cpp
+    src/verify/Shell.cpp
+    src/verify/Versions.cpp)
 
 # Facilities that POSIX answers alike on both platforms.
 set(ORVANE_POSIX_SOURCES
-    platform/Files_posix.cpp)
+    src/platform/Files_posix.cpp)
 
 set(ORVANE_SYSTEM_LINUX_SOURCES
-    platform/Bundle_linux.cpp
-    platform/Digest_linux.cpp
-    platform/Error_linux.cpp
-    platform/Locale_linux.cpp
-    platform/MessagePort_linux.cpp
-    platform/OpenSsl_linux.cpp
-    platform/ProcessInfo_linux.cpp
-    platform/Process_linux.cpp
-    platform/UrlDataTask_linux.cpp
-    platform/UrlSession_linux.cpp
-    platform/UrlTransfer_linux.cpp
-    platform/UrlWorker_linux.cpp)
+    src/platform/Bundle_linux.cpp
+    src/platform/Digest_linux.cpp
+    src/platform/Error_linux.cpp
+    src/platform/Locale_linux.cpp
+    src/platform/MessagePort_linux.cpp
+    src/platform/OpenSsl_linux.cpp
+    src/platform/ProcessInfo_linux.cpp
+    src/platform/Process_linux.cpp
+    src/platform/UrlDataTask_linux.cpp
+    src/platform/UrlSession_linux.cpp
+    src/platform/UrlTransfer_linux.cpp
+    src/platform/UrlWorker_linux.cpp)
 
 set(ORVANE_DESKTOP_LINUX_SOURCES
-    platform/AlertIcon_linux.cpp
-    platform/Alert_linux.cpp
-    platform/Application_linux.cpp
-    platform/Controls_linux.cpp
-    platform/MainWindow_linux.cpp
-    platform/Queue_linux.cpp
-    platform/WrappingText_linux.cpp)
+    src/platform/AlertIcon_linux.cpp
+    src/platform/Alert_linux.cpp
+    src/platform/Application_linux.cpp
+    src/platform/Controls_linux.cpp
+    src/platform/MainWindow_linux.cpp
+    src/platform/Queue_linux.cpp
+    src/platform/WrappingText_linux.cpp)
 
 # What the window carries for desktops that do not know its desktop entry.
 set(ORVANE_WINDOW_ICONS
@@ -69,30 +69,30 @@ set(ORVANE_WINDOW_ICONS
     128x128/apps/orvane-bootstrap.png)
 
 set(ORVANE_SYSTEM_MAC_SOURCES
-    platform/Bundle_mac.mm
-    platform/Digest_mac.cpp
-    platform/Error_mac.mm
-    platform/Foundation_mac.mm
-    platform/Locale_mac.mm
-    platform/MessagePort_mac.cpp
-    platform/ProcessInfo_mac.mm
-    platform/Process_mac.mm
-    platform/UrlSession_mac.mm)
+    src/platform/Bundle_mac.mm
+    src/platform/Digest_mac.cpp
+    src/platform/Error_mac.mm
+    src/platform/Foundation_mac.mm
+    src/platform/Locale_mac.mm
+    src/platform/MessagePort_mac.cpp
+    src/platform/ProcessInfo_mac.mm
+    src/platform/Process_mac.mm
+    src/platform/UrlSession_mac.mm)
 
 set(ORVANE_DESKTOP_MAC_SOURCES
-    platform/Alert_mac.mm
-    platform/Application_mac.mm
-    platform/Controls_mac.mm
-    platform/MainMenu_mac.mm
-    platform/Queue_mac.mm)
+    src/platform/Alert_mac.mm
+    src/platform/Application_mac.mm
+    src/platform/Controls_mac.mm
+    src/platform/MainMenu_mac.mm
+    src/platform/Queue_mac.mm)
 
 # What an engine takes into its own build to speak to the program; no part of the program.
 set(ORVANE_ENGINE_SENDER_SOURCES
-    engine/EngineMessageSender.cpp)
+    sender/EngineMessageSender.cpp)
 set(ORVANE_ENGINE_SENDER_LINUX_SOURCES
-    engine/EngineMessageSender_linux.cpp)
+    sender/EngineMessageSender_linux.cpp)
 set(ORVANE_ENGINE_SENDER_MAC_SOURCES
-    engine/EngineMessageSender_mac.cpp)
+    sender/EngineMessageSender_mac.cpp)
 
 # The conformance suite of the system half: the same tests on each platform, and what only one of them promises.
 set(ORVANE_CONFORMANCE_SOURCES

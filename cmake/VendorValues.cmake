@@ -7,4 +7,4 @@ set(ORVANE_WEB_SITE "https://www.kestrix.invalid" CACHE STRING "The vendor's web
 set(ORVANE_DOMAIN "kestrix.invalid" CACHE STRING "The vendor's domain")
 set(ORVANE_PRODUCT_WEB_DOMAIN "varlen.kestrix.invalid" CACHE STRING "The product's web domain")
 
-configure_file("${CMAKE_CURRENT_LIST_DIR}/../config/VendorValues.h.in" generated/config/VendorValues.h @ONLY)
+configure_file("${CMAKE_CURRENT_LIST_DIR}/../src/config/VendorValues.h.in" generated/config/VendorValues.h @ONLY)

@@ -3,7 +3,7 @@
 #include "demo/ProcessRecord.h"
 #include "demo/Scenario.h"
 #include "demo/ScenarioPlayer.h"
-#include "engine/EngineMessageSender.h"
+#include "sender/EngineMessageSender.h"
 
 #include <cstdlib>
 #include <fstream>

@@ -2,7 +2,7 @@
 
 #include "demo/Interruption.h"
 #include "demo/Scenario.h"
-#include "engine/EngineMessageSender.h"
+#include "sender/EngineMessageSender.h"
 
 #include <filesystem>
 #include <optional>

@@ -56,7 +56,7 @@ def foreign_headers(path, includes):
 
 
 def upward_includes(path, includes):
-    tier = TIER.get(path.parts[0])
+    tier = TIER.get(path.parts[1]) if path.parts[0] == "src" else None
     if tier is None:
         return
     for header in includes:
@@ -96,7 +96,7 @@ def main():
     for path in files:
         text = text_of(path)
         includes = INCLUDE.findall(text)
-        graph[str(path)] = [header for header in includes if Path(header) in files]
+        graph[str(path)] = [str(place) for header in includes for place in (Path(header), "src" / Path(header)) if place in files]
         findings += system_conditions(path, text)
         findings += foreign_headers(path, includes)
         findings += upward_includes(path, includes)

@@ -45,7 +45,7 @@ def configurations_of(source):
 
 
 def key_of(source, command, build, version):
-    folders = (ROOT, build / "generated")
+    folders = (ROOT / "src", ROOT, build / "generated")
     key = hashlib.sha256(f"{version}\0{source}\0{command}".encode())
     for path in files_read_for(source, folders) + configurations_of(source):
         key.update(str(path).encode() + digest_of(path))

@@ -31,7 +31,7 @@ def findings_of(path):
 
 
 def main():
-    twins = sorted((ROOT / "platform").glob("*_mac.*"))
+    twins = sorted((ROOT / "src/platform").glob("*_mac.*"))
     findings = [finding for twin in twins for finding in findings_of(twin)]
     lines = sum(line.strip() != "" for twin in twins for line in twin.read_text().splitlines())
     if lines > MOST_LINES:

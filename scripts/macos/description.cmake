@@ -12,7 +12,7 @@ include("${root}/cmake/Sources.cmake")
 configure_file("${root}/packaging/macos/Info.plist.in" generated/Info.plist @ONLY)
 
 set(OrvaneBootstrap
-    app/main.cpp
+    src/app/main.cpp
     ${ORVANE_PORTABLE_SOURCES}
     ${ORVANE_POSIX_SOURCES}
     ${ORVANE_SYSTEM_MAC_SOURCES}
@@ -20,12 +20,12 @@ set(OrvaneBootstrap
 
 # The system half, and of the desktop half the queues, which need no window.
 set(portableFacilities ${ORVANE_PORTABLE_SOURCES})
-list(FILTER portableFacilities INCLUDE REGEX "^platform/")
+list(FILTER portableFacilities INCLUDE REGEX "^src/platform/")
 set(OrvaneBootstrapSelfTest
     ${portableFacilities}
     ${ORVANE_POSIX_SOURCES}
     ${ORVANE_SYSTEM_MAC_SOURCES}
-    platform/Queue_mac.mm
+    src/platform/Queue_mac.mm
     ${ORVANE_TEST_SUPPORT_SOURCES}
     ${ORVANE_TEST_SUPPORT_MAC_SOURCES}
     ${ORVANE_TEST_SERVER_SOURCES}

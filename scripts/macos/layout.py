@@ -48,7 +48,7 @@ ZIG_ENVIRONMENT = {
 WARNINGS = ["-Wall", "-Wextra", "-Wpedantic", "-Wconversion", "-Wshadow", "-Wold-style-cast", "-Werror"]
 # Without what debuggers read, for that names the folder of the build, and the same sources must give the same bytes.
 LANGUAGE = ["-std=c++20", "-O2", "-DNDEBUG", "-g0", "-fstack-protector-strong"]
-HEADERS = [f"-I{ROOT}", f"-I{GENERATED}", f"-isystem{HEADER_ONLY}", f"-I{INTERFACES / 'include'}", f"-F{INTERFACES}"]
+HEADERS = [f"-I{ROOT / 'src'}", f"-I{ROOT}", f"-I{GENERATED}", f"-isystem{HEADER_ONLY}", f"-I{INTERFACES / 'include'}", f"-F{INTERFACES}"]
 
 # What a Mac's own standard library of that age lacks is an error, although this build carries its own.
 AVAILABILITY = ["-U_LIBCPP_HAS_VENDOR_AVAILABILITY_ANNOTATIONS", "-D_LIBCPP_HAS_VENDOR_AVAILABILITY_ANNOTATIONS=1"]

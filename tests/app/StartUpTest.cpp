@@ -1,7 +1,7 @@
 #include "app/AppDelegate.h"
 #include "app/RunApplication.h"
-#include "engine/EngineMessageSender.h"
 #include "log/Logger.h"
+#include "sender/EngineMessageSender.h"
 #include "tests/support/CaptureStandardOutput.h"
 #include "tests/support/ControllerTest.h"
 

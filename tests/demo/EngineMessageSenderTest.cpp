@@ -1,4 +1,4 @@
-#include "engine/EngineMessageSender.h"
+#include "sender/EngineMessageSender.h"
 #include "tests/demo/ServiceEnd.h"
 
 #include <gtest/gtest.h>

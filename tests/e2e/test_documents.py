@@ -100,7 +100,7 @@ def test_every_file_that_a_document_leads_to_is_there(document):
 
 
 def test_every_message_type_stands_in_the_guide_for_engines_and_in_orvane_messages_help_and_manual(rehearsal):
-    header = (ROOT / "engine/EngineMessageSender.h").read_text()
+    header = (ROOT / "sender/EngineMessageSender.h").read_text()
     types = re.findall(r"^    (\w+) = (\d+),", header, re.MULTILINE)
     assert len(types) >= 7
     guide = (DOCS / "engine-guide.md").read_text()

@@ -157,10 +157,10 @@ def test_the_crash_report_lies_in_the_folder_that_the_guide_names(product, nginx
 
 def compiled_engine(folder):
     """The guide's engine, built with the guide's command."""
-    source = block(ENGINE_GUIDE, '#include "engine/EngineMessageSender.h"')
+    source = block(ENGINE_GUIDE, '#include "sender/EngineMessageSender.h"')
     assert len(source.splitlines()) <= 40, "an engine that fits a screen was promised"
     (folder / "MyEngine.cpp").write_text(source)
-    (folder / "engine").symlink_to(ROOT / "engine")
+    (folder / "sender").symlink_to(ROOT / "sender")
     subprocess.run(shlex.split(block(ENGINE_GUIDE, "c++ ")) + ["-Wall", "-Wextra", "-Werror"], cwd=folder, check=True)
     return (folder / "my-engine").read_bytes()
 

@@ -15,10 +15,9 @@ _WRITER = re.compile(r"(?<![\w.])(?:runLogger->)?(?:std::printf|(?:platform::)?E
 
 
 def files(*suffixes):
-    """The product's sources for this platform and for both. The sender is an engine's, and no part of it."""
-    found = [file for folder in _FOLDERS for file in sorted((ROOT / folder).iterdir())]
-    return [file for file in found if file.suffix in suffixes and not file.stem.endswith("_mac")
-            and not file.name.startswith("EngineMessageSender") and not file.name.startswith("EngineMessageConnection")]
+    """The product's sources for this platform and for both."""
+    found = [file for folder in _FOLDERS for file in sorted((ROOT / "src" / folder).iterdir())]
+    return [file for file in found if file.suffix in suffixes and not file.stem.endswith("_mac")]
 
 
 def _without_comments(text):
@@ -64,6 +63,6 @@ def written_texts():
 
 def localized_texts():
     """(identifier, pieces) of each text in each language; names that a vendor sets are cut out."""
-    text = (ROOT / "app/LocalizedTexts.cpp").read_text()
+    text = (ROOT / "src/app/LocalizedTexts.cpp").read_text()
     for entry in re.finditer(r"\badd\((\d+),", text):
         yield int(entry[1]), [piece.strip() for piece in literals(call_at(text, entry.end()))]

@@ -1,4 +1,4 @@
-#include "engine/EngineMessageConnection.h"
+#include "sender/EngineMessageConnection.h"
 
 #include <algorithm>
 #include <array>

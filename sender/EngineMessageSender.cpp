@@ -1,5 +1,5 @@
-#include "engine/EngineMessageSender.h"
-#include "engine/EngineMessageConnection.h"
+#include "sender/EngineMessageSender.h"
+#include "sender/EngineMessageConnection.h"
 
 namespace orvane {
 

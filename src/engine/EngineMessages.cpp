@@ -1,10 +1,10 @@
 #include "app/ViewController.h"
 
-#include "engine/EngineMessageSender.h"
 #include "engine/MessageNumber.h"
 #include "platform/Alert.h"
 #include "platform/Process.h"
 #include "platform/ProgrammingError.h"
+#include "sender/EngineMessageSender.h"
 
 #include <string_view>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "engine/EngineMessageSender.h"
+#include "sender/EngineMessageSender.h"
 
 #include <cstdint>
 #include <string>
