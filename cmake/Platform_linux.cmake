@@ -32,6 +32,7 @@ target_link_libraries(OrvaneBootstrap PRIVATE
 include(cmake/Packaging.cmake)
 
 add_subdirectory(demo)
+add_subdirectory(launcher)
 add_subdirectory(tools)
 
 include(CTest)

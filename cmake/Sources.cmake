@@ -24,6 +24,7 @@ set(ORVANE_PORTABLE_SOURCES
     src/platform/BoundedRequest.cpp
     src/platform/Error.cpp
     src/platform/PacedMainQueue.cpp
+    src/platform/PreferredLanguages.cpp
     src/platform/ProgrammingError.cpp
     src/platform/Url.cpp
     src/platform/Utf8.cpp
