@@ -16,6 +16,7 @@ class ApplicationDelegate {
 public:
     virtual ~ApplicationDelegate() = default;
 
+    /// Once, before the main window is made.
     virtual void applicationDidFinishLaunching() = 0;
 
     /// The user asked to quit, from the menu, by its shortcut or, where no dock could bring a closed window
@@ -27,10 +28,16 @@ public:
 
 /// The base of the main window's controller.
 ///
-/// The platform makes the window and its four controls first, connects the outlets, then calls, on the main
-/// thread and in this order: `awakeFromNib`, `viewDidLoad`, `viewWillAppear`, (window shown,)
-/// `viewDidAppear`, each once. The calls before the window is shown are one item of the main queue, so
-/// whatever they submit to it finds all of them done.
+/// The order on every platform, each step once and on the main thread:
+///
+/// 1. `ApplicationDelegate::applicationDidFinishLaunching`
+/// 2. the window and its four controls are made, and the controller by its factory
+/// 3. `connectOutlets`, with all controls, the window included
+/// 4. `awakeFromNib`, `viewDidLoad`, `viewWillAppear`
+/// 5. the window is shown
+/// 6. `viewDidAppear`
+///
+/// Steps 2 to 6 are one item of the main queue: work that they submit to it runs after `viewDidAppear`.
 class ViewControllerBase {
 public:
     virtual ~ViewControllerBase() = default;

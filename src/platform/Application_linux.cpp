@@ -50,7 +50,6 @@ public:
     Session(const std::string& windowTitle, ApplicationDelegate& delegate)
         : delegate_(delegate), window_(plainText(windowTitle)) {}
 
-    /// The launch counts as finished once the window stands.
     void start(const ViewControllerFactory& makeViewController) {
         controller_ = makeViewController();
         window_.connectCommands({[this] { controller_->cancelButtonClicked(); }, [this] { quitIfAgreed(); },
@@ -61,7 +60,6 @@ public:
         controller_->viewWillAppear();
         window_.show();
         controller_->viewDidAppear();
-        delegate_.applicationDidFinishLaunching();
     }
 
 private:
@@ -106,6 +104,7 @@ void applicationMain(int argumentCount, char** arguments, const std::string& win
     const MainQueueService mainQueueService;
     std::unique_ptr<Session> session;
     mainQueueAsync([&] {
+        delegate.applicationDidFinishLaunching();
         session = std::make_unique<Session>(windowTitle, delegate);
         session->start(makeViewController);
     });

@@ -1,6 +1,7 @@
 #include "platform/Controls_linux.h"
 
 #include "platform/Queue_linux.h"
+#include "platform/WindowMetrics.h"
 #include "platform/WrappingText_linux.h"
 
 #include <QApplication>
@@ -17,7 +18,6 @@ namespace orvane::platform {
 
 namespace {
 
-constexpr int kBarHeight = 8;
 constexpr int kOutlineAlpha = 160; ///< of 255: what may be done without yet stands out from the ground
 
 constexpr QSize kLeastButtonSize(96, 32);

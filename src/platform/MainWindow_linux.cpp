@@ -1,6 +1,7 @@
 #include "platform/MainWindow_linux.h"
 
 #include "platform/Controls_linux.h"
+#include "platform/WindowMetrics.h"
 #include "platform/WrappingText_linux.h"
 
 #include <QAction>
@@ -18,12 +19,8 @@ namespace orvane::platform {
 
 namespace {
 
-constexpr QSize kWindowSize(520, 260);
-constexpr int kMargin = 24;
-constexpr int kContentWidth = kWindowSize.width() - 2 * kMargin;
+constexpr int kContentWidth = kWindowWidth - 2 * kWindowMargin;
 constexpr int kTextWidth = kContentWidth + 2 * kTextOverhang;
-constexpr int kTextSpacing = 8;
-constexpr int kControlSpacing = 16;
 
 MainWindow* theMainWindow = nullptr;
 
@@ -63,12 +60,13 @@ MainWindow::MainWindow(const QString& title) {
     theMainWindow = this;
     setWindowTitle(title);
     setWindowFlag(Qt::WindowMaximizeButtonHint, false);
-    setFixedSize(kWindowSize);
+    setFixedSize(kWindowWidth, kWindowHeight);
     move(screen()->availableGeometry().center() - rect().center());
 
     setCentralWidget(new QWidget(this));
     auto* layout = new QVBoxLayout(centralWidget());
-    layout->setContentsMargins(kMargin - kTextOverhang, kMargin, kMargin - kTextOverhang, kMargin);
+    layout->setContentsMargins(kWindowMargin - kTextOverhang, kWindowMargin, kWindowMargin - kTextOverhang,
+                               kWindowMargin);
     layout->setSpacing(0);
     addTexts(*layout);
     auto* controls = new QVBoxLayout;

@@ -316,6 +316,7 @@ void applicationMain(int argumentCount, char** arguments, const std::string& win
                      ApplicationDelegate& delegate, const ViewControllerFactory& makeViewController) {
     const auto desktop = requiredDesktop();
     desktop->setArguments({arguments, arguments + argumentCount});
+    delegate.applicationDidFinishLaunching();
     desktop->journal->add("window titled \"" + windowTitle + "\"");
     const MainWindowControls controls = test::makeRecordingControls(desktop->journal);
     const std::shared_ptr<ViewControllerBase> controller = makeViewController();
@@ -326,7 +327,6 @@ void applicationMain(int argumentCount, char** arguments, const std::string& win
         controller->viewWillAppear();
         controller->viewDidAppear();
     });
-    delegate.applicationDidFinishLaunching();
     if (desktop->script) {
         desktop->script(delegate, *controller);
     }
