@@ -2,6 +2,7 @@
 
 find_package(CURL REQUIRED)
 find_package(OpenSSL REQUIRED)
+find_package(CLI11 REQUIRED)
 
 target_link_options(orvane_warnings INTERFACE -Wl,--gc-sections -Wl,-z,relro -Wl,-z,now)
 

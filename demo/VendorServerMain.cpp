@@ -1,11 +1,10 @@
 #include "demo/VendorServer.h"
 
-#include <charconv>
+#include <CLI/CLI.hpp>
 #include <csignal>
 #include <fstream>
 #include <iostream>
 #include <map>
-#include <stdexcept>
 
 namespace {
 
@@ -14,85 +13,39 @@ using namespace orvane::demo;
 constexpr int kUsageStatus = 64;
 constexpr int kUnavailableStatus = 69;
 
-constexpr char kUsage[] =
-    "Usage: VendorServer FOLDER [--host NAME]... [--address ADDRESS] [--port N] [--certificate KIND]\n"
-    "                    [--tls VERSION]\n"
-    "\n"
-    "Serves a vendor's HTTPS from FOLDER until SIGINT or SIGTERM. Once it listens it prints its origin and "
-    "writes it\n"
-    "into FOLDER/origin; FOLDER/ca.pem is the authority to trust. demo/VendorServer.h says what else lies "
-    "there.\n"
-    "\n"
-    "  --host NAME         a further name for which the certificate holds\n"
-    "  --address ADDRESS   where to listen (127.0.0.1)\n"
-    "  --port N            on which port; 0 picks a free one (0)\n"
-    "  --certificate KIND  good, wrong-host, expired or self-signed (good)\n"
-    "  --tls VERSION       current, or 1.1 alone (current)\n";
+constexpr char kDescription[] = "Serves a vendor's HTTPS from FOLDER until SIGINT or SIGTERM. Once it "
+                                "listens it prints its origin and writes\n"
+                                "it into FOLDER/origin; FOLDER/ca.pem is the authority to trust. "
+                                "demo/VendorServer.h describes the other\n"
+                                "files of FOLDER.";
 
-class UsageError : public std::runtime_error {
-public:
-    using std::runtime_error::runtime_error;
-};
+const std::map<std::string, CertificateFlaw> kFlaws{{"good", CertificateFlaw::none},
+                                                    {"wrong-host", CertificateFlaw::wrongHost},
+                                                    {"expired", CertificateFlaw::expired},
+                                                    {"self-signed", CertificateFlaw::selfSigned}};
 
-CertificateFlaw flawNamed(const std::string& name) {
-    static const std::map<std::string, CertificateFlaw> flaws{{"good", CertificateFlaw::none},
-                                                              {"wrong-host", CertificateFlaw::wrongHost},
-                                                              {"expired", CertificateFlaw::expired},
-                                                              {"self-signed", CertificateFlaw::selfSigned}};
-    const auto found = flaws.find(name);
-    if (found == flaws.end()) {
-        throw UsageError("unknown certificate kind " + name);
-    }
-    return found->second;
-}
-
-bool isOldTls(const std::string& version) {
-    if (version != "current" && version != "1.1") {
-        throw UsageError("unknown TLS version " + version);
-    }
-    return version == "1.1";
-}
-
-int portIn(const std::string& text) {
-    std::uint16_t port = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), port);
-    if (error != std::errc() || end != text.data() + text.size()) {
-        throw UsageError("\"" + text + "\" is not a port");
-    }
-    return port;
-}
-
-void setOption(VendorOptions& options, const std::string& name, const std::string& value) {
-    if (name == "--host") {
-        options.hosts.push_back(value);
-    } else if (name == "--address") {
-        options.address = value;
-    } else if (name == "--port") {
-        options.port = portIn(value);
-    } else if (name == "--certificate") {
-        options.certificateFlaw = flawNamed(value);
-    } else if (name == "--tls") {
-        options.oldTls = isOldTls(value);
-    } else {
-        throw UsageError("unknown option " + name);
-    }
-}
-
-VendorOptions parseOptions(const std::vector<std::string>& arguments) {
+/// Throws `CLI::ParseError`, also when help was asked for.
+VendorOptions parseOptions(CLI::App& line, int argumentCount, const char* const* arguments) {
     VendorOptions options;
-    for (auto argument = arguments.begin(); argument != arguments.end(); ++argument) {
-        if (!argument->starts_with("--")) {
-            options.folder = *argument;
-        } else if (std::next(argument) == arguments.end()) {
-            throw UsageError(*argument + " needs a value");
-        } else {
-            const std::string& name = *argument;
-            setOption(options, name, *++argument);
-        }
-    }
-    if (options.folder.empty()) {
-        throw UsageError("a folder is missing");
-    }
+    std::string flaw = "good";
+    std::string tls = "current";
+    std::uint16_t port = 0;
+    line.set_help_flag("-h,--help", "print this text");
+    line.add_option("FOLDER", options.folder)->required();
+    line.add_option("--host", options.hosts, "a further name for which the certificate is valid")
+        ->expected(1)
+        ->allow_extra_args(false)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    line.add_option("--address", options.address, "where to listen")->capture_default_str();
+    line.add_option("--port", port, "on which port; 0 picks a free one")->capture_default_str();
+    line.add_option("--certificate", flaw)->check(CLI::IsMember(kFlaws))->capture_default_str();
+    line.add_option("--tls", tls, "1.1: no newer version")
+        ->check(CLI::IsMember({"current", "1.1"}))
+        ->capture_default_str();
+    line.parse(argumentCount, arguments);
+    options.port = port;
+    options.certificateFlaw = kFlaws.at(flaw);
+    options.oldTls = tls == "1.1";
     return options;
 }
 
@@ -115,13 +68,9 @@ void announce(const VendorServer& vendor, const std::filesystem::path& folder) {
 } // namespace
 
 int main(int argumentCount, char** arguments) {
-    const std::vector<std::string> all(arguments + 1, arguments + argumentCount);
-    if (all.size() == 1 && all[0] == "--help") {
-        std::cout << kUsage;
-        return 0;
-    }
+    CLI::App line(kDescription, "VendorServer");
     try {
-        const VendorOptions options = parseOptions(all);
+        const VendorOptions options = parseOptions(line, argumentCount, arguments);
         const sigset_t signals = endingSignals();
         pthread_sigmask(SIG_BLOCK, &signals, nullptr);
         std::filesystem::remove(options.folder / "origin");
@@ -130,9 +79,8 @@ int main(int argumentCount, char** arguments) {
         int signal = 0;
         sigwait(&signals, &signal);
         return 0;
-    } catch (const UsageError& error) {
-        std::cerr << "VendorServer: " << error.what() << "\n" << kUsage;
-        return kUsageStatus;
+    } catch (const CLI::ParseError& error) {
+        return line.exit(error) == 0 ? 0 : kUsageStatus;
     } catch (const std::exception& error) {
         std::cerr << "VendorServer: " << error.what() << "\n";
         return kUnavailableStatus;

@@ -1,92 +1,121 @@
 #include "tools/CommandLine.h"
 
+#include "platform/Url.h"
 #include "tools/ToolError.h"
 
-#include <algorithm>
+#include <iostream>
+#include <sstream>
 
 namespace orvane::tools {
 namespace {
 
-bool contains(const std::vector<std::string_view>& names, std::string_view name) {
-    return std::ranges::find(names, name) != names.end();
-}
+constexpr std::size_t kOptionColumnWidth = 27;
+
+/// The usage line first and with every required option; option values by name only.
+class HelpFormatter : public CLI::Formatter {
+public:
+    HelpFormatter() {
+        column_width(kOptionColumnWidth);
+        label("Positionals", "Operands");
+    }
+
+    std::string make_usage(const CLI::App* app, std::string name) const override {
+        std::string usage = "Usage: " + name;
+        for (const CLI::Option* option : app->get_options()) {
+            if (option->get_positional()) {
+                usage += " " + make_option_usage(option);
+            } else if (option->get_required()) {
+                usage += " " + option->get_name() + make_option_opts(option);
+            }
+        }
+        return usage + " [OPTIONS]\n\n";
+    }
+
+    std::string make_help(const CLI::App* app, std::string name, CLI::AppFormatMode mode) const override {
+        return make_usage(app, std::move(name)) + make_description(app) + make_positionals(app) +
+               make_groups(app, mode) + "\n" + make_footer(app);
+    }
+
+    std::string make_option_opts(const CLI::Option* option) const override {
+        if (option->get_type_size() == 0 || option->get_positional()) {
+            return "";
+        }
+        const std::string type = option->get_type_name();
+        return " " + type.substr(0, type.find(':')); // without the permitted values
+    }
+};
 
 } // namespace
 
-bool asksForHelp(const std::vector<std::string>& arguments) {
-    const auto optionsEnd = std::ranges::find(arguments, "--");
-    return std::any_of(arguments.begin(), optionsEnd,
-                       [](const std::string& argument) { return argument == "--help" || argument == "-h"; });
+std::string checkNotEmpty(const std::string& value) { return value.empty() ? "the value is empty" : ""; }
+
+std::string checkVersion(const std::string& value) {
+    const bool rightCharacters = value.find_first_not_of("0123456789.") == std::string::npos;
+    const bool rightPoints =
+        !value.starts_with('.') && !value.ends_with('.') && value.find("..") == std::string::npos;
+    if (value.empty() || !rightCharacters || !rightPoints) {
+        return "must be a dotted version such as 14.2.7, not \"" + value + "\"";
+    }
+    return {};
+}
+
+std::string checkHttpsAddress(const std::string& value) {
+    if (!parsesAsUrl(value) || !value.starts_with("https://")) {
+        return "must be an HTTPS URL, not \"" + value + "\"";
+    }
+    return {};
+}
+
+CommandLine::CommandLine(const std::string& name, const std::string& description, const std::string& statuses)
+    : App(description, name) {
+    formatter(std::make_shared<HelpFormatter>());
+    set_help_flag("-h,--help", "print this text");
+    footer("Exit status: " + statuses + "\nSee also " + name.substr(0, name.find(' ')) + "(1).");
+}
+
+CLI::Option* CommandLine::listOption(const std::string& name, std::vector<std::string>& values,
+                                     const std::string& valueName, const std::string& description) {
+    return option(name, values, valueName, description)
+        ->expected(1)
+        ->allow_extra_args(false)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+}
+
+void CommandLine::read(Arguments arguments) {
+    std::ranges::reverse(arguments); // the order in which CLI11 takes them
+    try {
+        parse(std::move(arguments));
+    } catch (const CLI::CallForHelp&) {
+        throw HelpRequest(help());
+    } catch (const CLI::ParseError& error) {
+        refuseUsage(error.what());
+    }
 }
 
 void refuseUsage(const std::string& text) { throw ToolError(ExitStatus::usage, text); }
 
-std::string checkedVersion(std::string_view option, const std::string& version) {
-    const bool rightCharacters = version.find_first_not_of("0123456789.") == std::string::npos;
-    if (!rightCharacters || version.starts_with('.') || version.ends_with('.') ||
-        version.find("..") != std::string::npos) {
-        refuseUsage(std::string(option) + " must be numbers separated by points, such as 14.2.7, not \"" +
-                    version + "\"");
-    }
-    return version;
-}
-
-CommandLine::CommandLine(const std::vector<std::string>& arguments, const CommandLineGrammar& grammar) {
-    std::size_t operands = 0;
-    bool optionsEnded = false;
-    for (auto argument = arguments.begin(); argument != arguments.end(); ++argument) {
-        const std::string& name = *argument;
-        if (!optionsEnded && name == "--") {
-            optionsEnded = true;
-        } else if (optionsEnded || !name.starts_with("--")) {
-            if (operands == grammar.operands.size()) {
-                refuseUsage("unexpected argument \"" + name + "\"");
-            }
-            take(grammar.operands[operands++], name, false);
-        } else if (contains(grammar.flags, name)) {
-            take(name, "", false);
-        } else if (contains(grammar.options, name) || contains(grammar.listOptions, name)) {
-            if (++argument == arguments.end() || argument->empty()) {
-                refuseUsage(name + " needs a value");
-            }
-            take(name, *argument, contains(grammar.listOptions, name));
-        } else {
-            refuseUsage("unknown option " + name);
+int runTool(const std::string& name, int argumentCount, char** arguments,
+            const std::function<int(const Arguments&)>& run) {
+    int status = 0;
+    try {
+        status = run({arguments + 1, arguments + argumentCount});
+    } catch (const HelpRequest& help) {
+        std::cout << help.what();
+    } catch (const ToolError& error) {
+        std::cerr << name << ": " << error.what() << "\n";
+        if (error.status() == ExitStatus::usage) {
+            std::cerr << "Try " << name << " --help.\n";
         }
+        status = static_cast<int>(error.status());
+    } catch (const std::exception& error) {
+        std::cerr << name << ": " << error.what() << "\n";
+        status = static_cast<int>(ExitStatus::internalError);
     }
-}
-
-bool CommandLine::has(std::string_view flag) const { return values_.contains(flag); }
-
-std::optional<std::string> CommandLine::value(std::string_view name) const {
-    const auto found = values_.find(name);
-    return found == values_.end() ? std::nullopt : std::optional(found->second);
-}
-
-std::string CommandLine::required(std::string_view name) const {
-    const auto found = value(name);
-    const std::string subject = (name.starts_with("--") ? "" : "the ") + std::string(name);
-    if (!found) {
-        refuseUsage(subject + " is missing");
+    if (!std::cout.flush()) {
+        std::cerr << name << ": standard output cannot be written\n";
+        status = static_cast<int>(ExitStatus::cannotCreate);
     }
-    if (found->empty()) {
-        refuseUsage(subject + " is empty");
-    }
-    return *found;
-}
-
-std::vector<std::string> CommandLine::values(std::string_view listOption) const {
-    std::vector<std::string> found;
-    const auto [begin, end] = values_.equal_range(listOption);
-    std::transform(begin, end, std::back_inserter(found), [](const auto& entry) { return entry.second; });
-    return found;
-}
-
-void CommandLine::take(std::string_view name, const std::string& value, bool repeatable) {
-    if (!repeatable && has(name)) {
-        refuseUsage(std::string(name) + " is given twice");
-    }
-    values_.emplace(name, value);
+    return status;
 }
 
 } // namespace orvane::tools

@@ -1,48 +1,59 @@
 #pragma once
 
-#include <map>
-#include <optional>
+#include <CLI/CLI.hpp>
+#include <functional>
+#include <stdexcept>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace orvane::tools {
 
-/// What may stand on a tool's command line.
-struct CommandLineGrammar {
-    std::vector<std::string_view> options;     ///< "--name", followed by a value, at most once
-    std::vector<std::string_view> listOptions; ///< likewise, as often as wanted
-    std::vector<std::string_view> flags;       ///< "--name" alone
-    std::vector<std::string_view> operands;    ///< what stands without a name, in its order
-};
+using Arguments = std::vector<std::string>;
 
-/// A command line taken apart. Everything after "--" is an operand. Whatever the grammar does not know is
-/// refused: all throw `ToolError` with the status for a usage error.
-class CommandLine {
+// Checks for an option's value: the objection to it, or an empty text.
+
+std::string checkNotEmpty(const std::string& value);
+std::string checkVersion(const std::string& value);      ///< a dotted version such as 14.2.7
+std::string checkHttpsAddress(const std::string& value); ///< a URL with the scheme "https"
+
+/// The command line of a tool, or of one of a tool's commands: CLI11 with the habits that all tools share.
+///
+/// -h and --help print the same help, an option that takes one value may be given once, and no option may be
+/// empty. What follows "--" is an operand, also when it begins with a hyphen.
+class CommandLine : public CLI::App {
 public:
-    /// `arguments` without the program's name.
-    CommandLine(const std::vector<std::string>& arguments, const CommandLineGrammar& grammar);
+    /// `name` as it is typed, such as "orvane-publish verify"; `statuses` lists what each exit status means.
+    CommandLine(const std::string& name, const std::string& description, const std::string& statuses);
 
-    bool has(std::string_view flag) const;
+    /// `valueName` as the help shows it, such as "FOLDER".
+    template <class Value>
+    CLI::Option* option(const std::string& name, Value& value, const std::string& valueName,
+                        const std::string& description) {
+        return add_option(name, value, description)->type_name(valueName)->check(checkNotEmpty);
+    }
 
-    /// Of an option or an operand, by its name in the grammar.
-    std::optional<std::string> value(std::string_view name) const;
-    std::string required(std::string_view name) const; ///< neither missing nor, for an operand, empty
-    std::vector<std::string> values(std::string_view listOption) const;
+    /// May be given any number of times, with one value each.
+    CLI::Option* listOption(const std::string& name, std::vector<std::string>& values,
+                            const std::string& valueName, const std::string& description);
 
-private:
-    void take(std::string_view name, const std::string& value, bool repeatable);
-
-    std::multimap<std::string, std::string, std::less<>> values_;
+    /// `arguments` without the program's name. Throws `ToolError` with the status for a usage error, or
+    /// `HelpRequest`.
+    void read(Arguments arguments);
 };
 
-/// Whether "--help" or "-h" stands among the options, whatever else is wrong with them.
-bool asksForHelp(const std::vector<std::string>& arguments);
+/// The command line asked for help; the text is to be printed on standard output.
+class HelpRequest : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
 
-/// For the usage errors that a single tool finds.
+/// For usage errors that concern more than one option.
 [[noreturn]] void refuseUsage(const std::string& text);
 
-/// The value of an option that must be numbers separated by points.
-std::string checkedVersion(std::string_view option, const std::string& version);
+/// The main function of a tool: calls `run` with the arguments after the program's name and answers the exit
+/// status. Prints help on standard output and failures on standard error, and fails when standard output
+/// cannot be written.
+int runTool(const std::string& name, int argumentCount, char** arguments,
+            const std::function<int(const Arguments&)>& run);
 
 } // namespace orvane::tools

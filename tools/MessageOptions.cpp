@@ -2,7 +2,6 @@
 
 #include "engine/MessageNumber.h"
 #include "platform/Utf8.h"
-#include "tools/CommandLine.h"
 #include "tools/ToolError.h"
 
 #include <limits>
@@ -10,25 +9,14 @@
 
 namespace orvane::tools {
 
-const std::string_view kMessageUsage =
-    R"(Usage: orvane-message OWNER TYPE [TEXT] [--force]
-
-Sends one message to a running bootstrapper, as its engine would.
-
-  OWNER    what the bootstrapper gave its engine after --owner; its log has it in the line "Spawning orvane"
-  TYPE     progress, step, network, end, error, restart or cancel; or the type's number
-  TEXT     what the message carries; empty without it
-  --force  sends also what the bootstrapper would ignore, cut, or stop at
-  --help   prints this text, as does -h
-
-What follows "--" is taken as it stands. Exit status: 0 delivered, 64 wrong usage, 65 a message of no use, 69
-nobody answers to OWNER. orvane-message(1) says more.
-)";
-
 namespace {
 
-const CommandLineGrammar kGrammar{
-    .options = {}, .listOptions = {}, .flags = {"--force"}, .operands = {"owner", "type", "text"}};
+constexpr char kDescription[] = "Sends one message to a running bootstrapper, as its engine would. A TEXT "
+                                "that begins with a hyphen follows\n"
+                                "\"--\".";
+
+constexpr char kStatuses[] = "0 delivered, 64 wrong usage, 65 a message that the bootstrapper would ignore,\n"
+                             "truncate or stop at, 69 no bootstrapper receives messages at OWNER.";
 
 EngineMessageType typeNamed(const std::string& name) {
     static const std::map<std::string, EngineMessageType> types{
@@ -100,12 +88,23 @@ void checkMessage(EngineMessageType type, const std::string& text) {
 
 } // namespace
 
-MessageOptions parseMessageOptions(const std::vector<std::string>& arguments) {
-    const CommandLine line(arguments, kGrammar);
-    MessageOptions options{.owner = line.required("owner"),
-                           .type = typeNamed(line.required("type")),
-                           .text = line.value("text").value_or("")};
-    if (!line.has("--force")) {
+MessageOptions parseMessageOptions(const Arguments& arguments) {
+    CommandLine line("orvane-message", kDescription, kStatuses);
+    MessageOptions options;
+    std::string type;
+    bool force = false;
+    line.option("OWNER", options.owner, "",
+                "what the bootstrapper gave its engine after --owner; its log has it in\n"
+                "the line \"Spawning orvane\"")
+        ->required();
+    line.option("TYPE", type, "",
+                "progress, step, network, end, error, restart or cancel; or the type's\nnumber")
+        ->required();
+    line.add_option("TEXT", options.text, "the text of the message; empty without it");
+    line.add_flag("--force", force, "send also what the bootstrapper would ignore, truncate or stop at");
+    line.read(arguments);
+    options.type = typeNamed(type);
+    if (!force) {
         checkMessage(options.type, options.text);
     }
     return options;

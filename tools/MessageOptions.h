@@ -1,10 +1,9 @@
 #pragma once
 
 #include "sender/EngineMessageSender.h"
+#include "tools/CommandLine.h"
 
 #include <string>
-#include <string_view>
-#include <vector>
 
 namespace orvane::tools {
 
@@ -14,10 +13,8 @@ struct MessageOptions {
     std::string text;
 };
 
-extern const std::string_view kMessageUsage;
-
 /// Reads the arguments after the program's name. Throws `ToolError`: with the status for a usage error, or,
 /// unless forced, with that for bad data when the bootstrapper would ignore the message, cut it or stop.
-MessageOptions parseMessageOptions(const std::vector<std::string>& arguments);
+MessageOptions parseMessageOptions(const Arguments& arguments);
 
 } // namespace orvane::tools

@@ -1,8 +1,8 @@
-#include "demo/RehearsalAuthorities.h"
 #include "tools/CommandLine.h"
 #include "tools/PublishOptions.h"
 #include "tools/Reports.h"
 #include "tools/ToolError.h"
+#include "tools/TrustedAuthorities.h"
 
 #include <cstdlib>
 #include <iostream>
@@ -10,8 +10,6 @@
 namespace {
 
 using namespace orvane::tools;
-
-using Arguments = std::vector<std::string>;
 
 /// Shows progress to a person who is there to see it.
 class TerminalProgress {
@@ -47,7 +45,7 @@ int runPublish(const Arguments& arguments) {
 
 int runVerify(const Arguments& arguments) {
     const VerifyOptions options = parseVerifyOptions(arguments);
-    orvane::demo::trustAuthoritiesIn(options.authority);
+    trustAuthoritiesIn(options.authority);
     const Verification verification = verifyWithProgress(options);
     std::cout << (options.json ? verificationJson(verification) : verificationText(verification));
     if (!verification.fetched) {
@@ -58,35 +56,12 @@ int runVerify(const Arguments& arguments) {
 
 int run(const Arguments& all) {
     const bool isVerify = !all.empty() && all.front() == "verify";
-    if (asksForHelp(all)) {
-        std::cout << (isVerify ? kVerifyUsage : kPublishUsage);
-        return 0;
-    }
     return isVerify ? runVerify({all.begin() + 1, all.end()}) : runPublish(all);
-}
-
-/// Destroys nothing, since a session's thread may still be closing its connections.
-[[noreturn]] void endProcess(int status) {
-    if (!std::cout.flush()) {
-        std::cerr << "orvane-publish: standard output cannot be written\n";
-        status = static_cast<int>(ExitStatus::cannotCreate);
-    }
-    std::_Exit(status);
 }
 
 } // namespace
 
 int main(int argumentCount, char** arguments) {
-    try {
-        endProcess(run({arguments + 1, arguments + argumentCount}));
-    } catch (const ToolError& error) {
-        std::cerr << "orvane-publish: " << error.what() << "\n";
-        if (error.status() == ExitStatus::usage) {
-            std::cerr << "Try orvane-publish --help.\n";
-        }
-        return static_cast<int>(error.status());
-    } catch (const std::exception& error) {
-        std::cerr << "orvane-publish: " << error.what() << "\n";
-        return static_cast<int>(ExitStatus::internalError);
-    }
+    // Destroys nothing, since a session's thread may still be closing its connections.
+    std::_Exit(runTool("orvane-publish", argumentCount, arguments, run));
 }

@@ -1,71 +1,27 @@
 #include "tools/PublishOptions.h"
 
-#include "platform/Url.h"
-#include "tools/CommandLine.h"
-
 #include <map>
 
 namespace orvane::tools {
 
-const std::string_view kPublishUsage =
-    R"(Usage: orvane-publish FILE --version V --url URL --digest md5|sha256 --cipher none|xor|pkg --output FOLDER
-                      [--plain-engine ENGINE] [--dry-run] [--json]
-       orvane-publish verify [URL] ...    see orvane-publish verify --help
-
-Prepares an engine for download. Writes the description, downloadinstaller.json, and what is transferred
-into FOLDER, and prints both digests. Nothing is replaced unless everything succeeded.
-
-  FILE                   the engine; with --cipher pkg, the package that installs it
-  --version V            the engine's version, numbers separated by points
-  --url URL              HTTPS address of the plain engine; its last component names the published file
-  --digest ALGORITHM     for both digests: md5 or sha256
-  --cipher CIPHER        none: FILE as it is, as NAME
-                         xor:  FILE enciphered with its own digest as the key, as NAME.enc
-                         pkg:  FILE as it is, as NAME.pkg
-  --output FOLDER        made if it is missing
-  --plain-engine ENGINE  with --cipher pkg, and only then: the engine that the package installs
-  --dry-run              does everything, but leaves FOLDER as it is
-  --json                 prints the result as one JSON object
-  --help                 prints this text, as does -h
-
-Exit status: 0 published, 64 wrong usage, 65 unsuitable file, 66 file cannot be read, 70 the result does not
-decipher back, 73 cannot write. orvane-publish(1) says more.
-)";
-
 namespace {
 
-const CommandLineGrammar kGrammar{
-    .options = {"--version", "--url", "--digest", "--cipher", "--output", "--plain-engine"},
-    .listOptions = {},
-    .flags = {"--dry-run", "--json"},
-    .operands = {"file"}};
+constexpr char kDescription[] =
+    "Prepares an engine for download. Writes the description, downloadinstaller.json, and the file that is\n"
+    "transferred into FOLDER, and prints both digests. Nothing is replaced unless everything succeeded. "
+    "Another\n"
+    "command: orvane-publish verify --help.";
 
-Cipher cipherNamed(const std::string& name) {
-    static const std::map<std::string, Cipher> ciphers{
-        {"none", Cipher::none}, {"xor", Cipher::exclusiveOr}, {"pkg", Cipher::package}};
-    const auto found = ciphers.find(name);
-    if (found == ciphers.end()) {
-        refuseUsage("--cipher must be none, xor or pkg, not \"" + name + "\"");
-    }
-    return found->second;
-}
+constexpr char kStatuses[] =
+    "0 published, 64 wrong usage, 65 unsuitable file, 66 file cannot be read, 70 the result does\n"
+    "not decrypt to the engine, 73 cannot write.";
 
-std::string checkedDigest(const std::string& digest) {
-    if (digest != "md5" && digest != "sha256") {
-        refuseUsage("--digest must be md5 or sha256, not \"" + digest + "\"");
-    }
-    return digest;
-}
+const std::map<std::string, Cipher> kCiphers{
+    {"none", Cipher::none}, {"xor", Cipher::exclusiveOr}, {"pkg", Cipher::package}};
 
-std::string checkedUrl(const std::string& url) {
-    if (!parsesAsUrl(url) || !url.starts_with("https://")) {
-        refuseUsage("--url must be an HTTPS address, not \"" + url + "\"");
-    }
-    // An enciphered engine's address is made by appending to this one.
-    if (url.find_first_of("?#") != std::string::npos) {
-        refuseUsage("--url must have neither query nor fragment");
-    }
-    return url;
+/// The address of an encrypted engine is made by appending to the plain engine's.
+std::string checkPlainAddress(const std::string& url) {
+    return url.find_first_of("?#") == std::string::npos ? "" : "must have neither query nor fragment";
 }
 
 std::string nameIn(const std::string& url) {
@@ -84,22 +40,43 @@ std::string nameIn(const std::string& url) {
 
 } // namespace
 
-PublishOptions parsePublishOptions(const std::vector<std::string>& arguments) {
-    const CommandLine line(arguments, kGrammar);
+PublishOptions parsePublishOptions(const Arguments& arguments) {
+    CommandLine line("orvane-publish", kDescription, kStatuses);
     PublishOptions options;
-    options.input = line.required("file");
-    options.version = checkedVersion("--version", line.required("--version"));
-    options.url = checkedUrl(line.required("--url"));
+    std::string cipher;
+    line.option("FILE", options.input, "", "the engine; with --cipher pkg, the package that installs it")
+        ->required();
+    line.option("--version", options.version, "V", "the engine's version, numbers separated by points")
+        ->required()
+        ->check(checkVersion);
+    line.option("--url", options.url, "URL",
+                "HTTPS address of the plain engine; its last component names the\npublished file")
+        ->required()
+        ->check(checkHttpsAddress)
+        ->check(checkPlainAddress);
+    line.option("--digest", options.digest, "ALGORITHM", "for both digests: md5 or sha256")
+        ->required()
+        ->check(CLI::IsMember({"md5", "sha256"}));
+    line.option("--cipher", cipher, "CIPHER",
+                "none: FILE as it is, as NAME\n"
+                "xor: FILE encrypted with its own digest as the key, as NAME.enc\n"
+                "pkg: FILE as it is, as NAME.pkg")
+        ->required()
+        ->check(CLI::IsMember(kCiphers));
+    line.option("--output", options.output, "FOLDER", "created if it is missing")->required();
+    line.option("--plain-engine", options.plainEngine, "ENGINE",
+                "with --cipher pkg, and only then: the engine that the package installs");
+    line.add_flag("--dry-run", options.dryRun, "do everything, but leave FOLDER unchanged");
+    line.add_flag("--json", options.json, "print the result as one JSON object");
+    line.read(arguments);
+
     options.name = nameIn(options.url);
-    options.digest = checkedDigest(line.required("--digest"));
-    options.cipher = cipherNamed(line.required("--cipher"));
-    options.output = line.required("--output");
-    options.dryRun = line.has("--dry-run");
-    options.json = line.has("--json");
-    if (options.cipher == Cipher::package) {
-        options.plainEngine = line.required("--plain-engine");
-    } else if (line.has("--plain-engine")) {
-        refuseUsage("--plain-engine goes with --cipher pkg alone: otherwise the file itself is the engine");
+    options.cipher = kCiphers.at(cipher);
+    if (options.cipher == Cipher::package && options.plainEngine.empty()) {
+        refuseUsage("--plain-engine is required with --cipher pkg");
+    }
+    if (options.cipher != Cipher::package && !options.plainEngine.empty()) {
+        refuseUsage("--plain-engine is only for --cipher pkg: otherwise FILE itself is the engine");
     }
     return options;
 }

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "tools/CommandLine.h"
+
 #include <filesystem>
 #include <string>
-#include <string_view>
-#include <vector>
 
 namespace orvane::tools {
 
@@ -22,10 +22,8 @@ struct PublishOptions {
     bool json = false;            ///< how to report
 };
 
-extern const std::string_view kPublishUsage;
-
 /// Reads the arguments after the program's name. Everything that makes no sense by itself is refused here,
 /// before a file is touched: throws `ToolError` with the status for a usage error.
-PublishOptions parsePublishOptions(const std::vector<std::string>& arguments);
+PublishOptions parsePublishOptions(const Arguments& arguments);
 
 } // namespace orvane::tools

@@ -1,7 +1,8 @@
 #pragma once
 
+#include "tools/CommandLine.h"
+
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace orvane::tools {
@@ -13,10 +14,8 @@ struct VerifyOptions {
     bool json = false;                      ///< how to report
 };
 
-extern const std::string_view kVerifyUsage;
-
 /// Reads the arguments after "verify". Without an address it is the one this build's bootstrapper asks,
 /// without a version it is that bootstrapper's. Throws `ToolError` with the status for a usage error.
-VerifyOptions parseVerifyOptions(const std::vector<std::string>& arguments);
+VerifyOptions parseVerifyOptions(const Arguments& arguments);
 
 } // namespace orvane::tools

@@ -110,7 +110,7 @@ def test_every_message_type_stands_in_the_guide_for_engines_and_in_orvane_messag
     assert re.findall(r"^\.It Cm (\w+) Ta (\d+) Ta", manual, re.MULTILINE) == list(zip(names, dict(types).values()))
     tool = rehearsal.build / "orvane-message"
     help_text = subprocess.run([tool, "--help"], capture_output=True, text=True, check=True).stdout
-    assert re.search(r"TYPE +(.+);", help_text).group(1).replace(" or ", ", ").split(", ") == names
+    assert re.search(r"^  TYPE +(.+);", help_text, re.MULTILINE).group(1).replace(" or ", ", ").split(", ") == names
     unknown = subprocess.run([tool, "owner", str(len(types))], capture_output=True, text=True)
     assert f"the types 0 to {len(types) - 1}" in unknown.stderr
 

@@ -70,7 +70,7 @@ TEST(OrvanePublish, PrintsItsHelp) {
     const Ending ending = runPublish({"x", "--help"});
     EXPECT_EQ(ending.status, 0);
     EXPECT_EQ(ending.output.substr(0, 22), "Usage: orvane-publish ");
-    EXPECT_EQ(runPublish({"verify", "--help"}).output.substr(0, 29), "Usage: orvane-publish verify ");
+    EXPECT_EQ(runPublish({"verify", "-h"}).output.substr(0, 29), "Usage: orvane-publish verify ");
 }
 
 TEST(OrvanePublish, TellsFailuresApartByItsStatus) {

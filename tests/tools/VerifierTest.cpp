@@ -150,12 +150,11 @@ TEST(VerifyOptionsTest, AreRead) {
 }
 
 TEST(VerifyOptionsTest, RefuseWhatIsNoHttpsAddressOrNoVersion) {
-    EXPECT_EQ(failureOf({"http://h.example/d"}),
-              "the URL must be an HTTPS address, not \"http://h.example/d\"");
+    EXPECT_EQ(failureOf({"http://h.example/d"}), "URL: must be an HTTPS URL, not \"http://h.example/d\"");
     EXPECT_EQ(failureOf({"https://h.example/a b"}),
-              "the URL must be an HTTPS address, not \"https://h.example/a b\"");
+              "URL: must be an HTTPS URL, not \"https://h.example/a b\"");
     EXPECT_EQ(failureOf({"--bootstrapper", "new"}),
-              "--bootstrapper must be numbers separated by points, such as 14.2.7, not \"new\"");
+              "--bootstrapper: must be a dotted version such as 14.2.7, not \"new\"");
 }
 
 } // namespace
