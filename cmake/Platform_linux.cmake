@@ -20,10 +20,12 @@ if(ORVANE_FUZZING)
 endif()
 
 find_package(Qt6 REQUIRED COMPONENTS Widgets)
+find_package(PkgConfig REQUIRED)
+pkg_check_modules(LIBSYSTEMD REQUIRED IMPORTED_TARGET libsystemd)
 
 # The desktop half: window, alert, main queue, the end of the process.
 add_library(orvane_desktop STATIC ${ORVANE_DESKTOP_LINUX_SOURCES})
-target_link_libraries(orvane_desktop PUBLIC orvane_core PRIVATE Qt6::Widgets)
+target_link_libraries(orvane_desktop PUBLIC orvane_core PRIVATE Qt6::Widgets PkgConfig::LIBSYSTEMD)
 list(TRANSFORM ORVANE_WINDOW_ICONS PREPEND packaging/icons/hicolor/)
 qt_add_resources(orvane_desktop window_icons PREFIX /icons BASE packaging/icons/hicolor FILES ${ORVANE_WINDOW_ICONS})
 

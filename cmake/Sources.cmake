@@ -52,6 +52,7 @@ set(ORVANE_SYSTEM_LINUX_SOURCES
     src/platform/UrlWorker_linux.cpp)
 
 set(ORVANE_DESKTOP_LINUX_SOURCES
+    src/platform/Activity_linux.cpp
     src/platform/AlertIcon_linux.cpp
     src/platform/Alert_linux.cpp
     src/platform/Application_linux.cpp
@@ -81,6 +82,7 @@ set(ORVANE_SYSTEM_MAC_SOURCES
     src/platform/UrlSession_mac.mm)
 
 set(ORVANE_DESKTOP_MAC_SOURCES
+    src/platform/Activity_mac.mm
     src/platform/Alert_mac.mm
     src/platform/Application_mac.mm
     src/platform/Controls_mac.mm

@@ -1,6 +1,7 @@
 #include "app/ViewController.h"
 
 #include "log/Logger.h"
+#include "platform/Activity.h"
 #include "platform/Alert.h"
 #include "platform/Files.h"
 #include "platform/Process.h"
@@ -37,6 +38,7 @@ void ViewController::viewDidAppear() {
     if (const auto window = window_.lock()) {
         window->setMovableByWindowBackground(true);
     }
+    platform::beginActivity(uninstall ? "Uninstallation in progress" : "Installation in progress");
     platform::utilityQueueAsync([weakSelf = weak_from_this()] {
         if (const auto self = weakSelf.lock()) {
             self->decide();

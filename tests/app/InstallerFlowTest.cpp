@@ -69,8 +69,15 @@ protected:
 TEST_F(InstallerFlowTest, TheBarIsReadyAndTheProgramInFrontWhenTheWindowAppears) {
     controller->viewDidAppear();
     EXPECT_EQ(journal(), (Lines{"progressBar min 0", "progressBar max 100", "progressBar value 0",
-                                "activate ignoring other apps", "activate", "window movable"}));
+                                "activate ignoring other apps", "activate", "window movable",
+                                "activity \"Installation in progress\""}));
     EXPECT_EQ(desktop.waitingUtilityItems(), 1U);
+}
+
+TEST_F(InstallerFlowTest, TheSystemIsToldWhichWorkBeginsBeforeItDoes) {
+    controller->uninstall = true;
+    controller->viewDidAppear();
+    EXPECT_EQ(journal().back(), "activity \"Uninstallation in progress\"");
 }
 
 TEST_F(InstallerFlowTest, AWindowWithoutItsBarIsAProgrammingError) {

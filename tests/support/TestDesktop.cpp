@@ -1,5 +1,6 @@
 #include "tests/support/TestDesktop.h"
 
+#include "platform/Activity.h"
 #include "platform/ProgrammingError.h"
 #include "platform/Queue.h"
 #include "tests/support/RecordingControls.h"
@@ -308,6 +309,12 @@ std::vector<std::string> processArguments() { return requiredDesktop()->argument
 
 void activateIgnoringOtherApps(bool ignoringOtherApps) {
     requiredDesktop()->journal->add(ignoringOtherApps ? "activate ignoring other apps" : "activate");
+}
+
+void beginActivity(const std::string& reason) {
+    const auto desktop = requiredDesktop();
+    const bool isFirst = desktop->waitingUtilityItems() == 0;
+    desktop->journal->add("activity \"" + reason + (isFirst ? "\"" : "\" after work was submitted"));
 }
 
 void endProcess(int status) { requiredDesktop()->endProcess(status); }

@@ -54,7 +54,7 @@ private:
 /// Everything that reaches the desktop becomes a line of the journal, together with what the controls record:
 ///
 ///     alert "Message" [No|Yes]    alert answered 1001    activate ignoring other apps    activate
-///     process ended 2
+///     activity "Installation in progress"    process ended 2
 class TestDesktop {
 public:
     static constexpr std::chrono::seconds kPatience{30};

@@ -17,20 +17,21 @@ DOWNLOAD_ORIGIN = f"https://{DOWNLOAD_HOST}"
 _AUTHORITIES = "/etc/ssl/certs/ca-certificates.crt"
 
 # A root put together from the system's folders, so that /opt and /Library are new ones and nothing has to be made
-# outside. It grows at /mnt, which every system has and no program here needs.
+# outside. /run is new too: no test reaches this machine's own services. It grows at /mnt, which every system has and
+# no program here needs.
 _SET_UP = """
 set -e
 mount -t tmpfs none /mnt
 for entry in /*; do
     case $entry in
-        /mnt | /opt | /Library) ;;
+        /mnt | /opt | /Library | /run) ;;
         /etc) cp -a /etc /mnt ;;  # a copy takes new files, and a bare system has no hosts
         *) if [ -L "$entry" ]; then cp -P "$entry" /mnt
            elif [ -d "$entry" ]; then mkdir "/mnt$entry"; mount --rbind "$entry" "/mnt$entry"
            fi ;;
     esac
 done
-mkdir /mnt/mnt /mnt/opt /mnt/Library
+mkdir /mnt/mnt /mnt/opt /mnt/Library /mnt/run
 touch /mnt/etc/hosts
 mount --bind {folder}/hosts /mnt/etc/hosts
 mount --bind {folder}/authorities.pem /mnt{authorities}

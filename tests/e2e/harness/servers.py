@@ -8,11 +8,16 @@ NOBODY = "https://localhost:1"  # where no server listens
 
 
 class _Listener:
-    """Takes connections on loopback, each on a thread of its own, until `close`."""
+    """Takes connections on loopback, or at the path of a socket, each on a thread of its own, until `close`."""
 
-    def __init__(self):
-        self._socket = socket.create_server(("127.0.0.1", 0))
-        self.port = self._socket.getsockname()[1]
+    def __init__(self, path=None):
+        if path:
+            self._socket = socket.socket(socket.AF_UNIX)
+            self._socket.bind(str(path))
+            self._socket.listen()
+        else:
+            self._socket = socket.create_server(("127.0.0.1", 0))
+            self.port = self._socket.getsockname()[1]
         self.connections = 0
         self._open = []
         self._threads = [threading.Thread(target=self._take, daemon=True)]
@@ -55,7 +60,7 @@ class _Listener:
 
 
 class SilentServer(_Listener):
-    """Takes every connection and never says a word."""
+    """Takes every connection and never sends a byte."""
 
     @property
     def origin(self):
