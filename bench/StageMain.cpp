@@ -1,9 +1,9 @@
 #include "bench/EvpLoop.h"
 #include "bench/Measurement.h"
 #include "config/Deployment.h"
-#include "download/FileDownloadInfo.h"
 #include "engine/MachPort.h"
 #include "log/Logger.h"
+#include "model/FileDownloadInfo.h"
 #include "platform/MessagePort.h"
 #include "verify/Crypto.h"
 

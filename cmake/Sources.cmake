@@ -12,15 +12,15 @@ set(ORVANE_PORTABLE_SOURCES
     src/download/DownloadService.cpp
     src/download/EngineDownload.cpp
     src/download/FileDescription.cpp
-    src/download/FileDownloadInfo.cpp
     src/engine/EngineLaunch.cpp
     src/engine/EngineMessages.cpp
-    src/engine/ExecutableBit.cpp
     src/engine/MachPort.cpp
     src/engine/MessageNumber.cpp
     src/log/Base64.cpp
     src/log/CrashReport.cpp
     src/log/Logger.cpp
+    src/model/ExecutableBit.cpp
+    src/model/FileDownloadInfo.cpp
     src/platform/BoundedRequest.cpp
     src/platform/Error.cpp
     src/platform/PacedMainQueue.cpp

@@ -10,7 +10,7 @@ from pathlib import Path
 from sources import project_files, report, text_of
 
 # A folder may include its own tier and those below it.
-TIER = {"config": 0, "platform": 1, "log": 2, "download": 3, "engine": 3, "verify": 3, "app": 4}
+TIER = {"config": 0, "platform": 1, "log": 2, "model": 2, "download": 3, "engine": 3, "verify": 3, "app": 4}
 CONTROLLER = "app/ViewController.h"
 
 LONGEST = {".h": 150, ".cpp": 400, ".mm": 400}

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "download/FileDownloadInfo.h"
+#include "model/FileDownloadInfo.h"
 
 #include <nlohmann/json.hpp>
 

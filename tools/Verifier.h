@@ -1,6 +1,6 @@
 #pragma once
 
-#include "download/FileDownloadInfo.h"
+#include "model/FileDownloadInfo.h"
 #include "tools/Finding.h"
 #include "tools/Progress.h"
 #include "tools/VerifyOptions.h"

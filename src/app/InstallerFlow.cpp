@@ -1,6 +1,7 @@
 #include "app/ViewController.h"
 
 #include "log/Logger.h"
+#include "model/TextIdentifiers.h"
 #include "platform/Activity.h"
 #include "platform/Alert.h"
 #include "platform/Files.h"

@@ -2,6 +2,7 @@
 
 #include "engine/MachPort.h"
 #include "log/Logger.h"
+#include "model/TextIdentifiers.h"
 #include "platform/Alert.h"
 #include "platform/MessagePort.h"
 #include "platform/PacedMainQueue.h"

@@ -4,7 +4,7 @@
 #include "app/LocalizedTexts.h"
 #include "config/Deployment.h"
 #include "download/DownloadService.h"
-#include "download/FileDownloadInfo.h"
+#include "model/FileDownloadInfo.h"
 #include "platform/Application.h"
 #include "platform/Controls.h"
 #include "platform/SharedField.h"

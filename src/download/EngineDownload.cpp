@@ -2,6 +2,7 @@
 
 #include "download/DownloadService.h"
 #include "log/Logger.h"
+#include "model/TextIdentifiers.h"
 #include "platform/Error.h"
 #include "platform/Files.h"
 #include "platform/ProgrammingError.h"

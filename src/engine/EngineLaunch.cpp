@@ -1,7 +1,8 @@
 #include "app/ViewController.h"
 
-#include "engine/ExecutableBit.h"
 #include "log/Logger.h"
+#include "model/ExecutableBit.h"
+#include "model/TextIdentifiers.h"
 #include "platform/Error.h"
 #include "platform/Process.h"
 #include "platform/ProcessInfo.h"

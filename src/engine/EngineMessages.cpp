@@ -1,6 +1,7 @@
 #include "app/ViewController.h"
 
 #include "engine/MessageNumber.h"
+#include "model/TextIdentifiers.h"
 #include "platform/Alert.h"
 #include "platform/Process.h"
 #include "platform/ProgrammingError.h"

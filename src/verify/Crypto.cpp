@@ -1,6 +1,6 @@
 #include "verify/Crypto.h"
 
-#include "download/FileDownloadInfo.h"
+#include "model/FileDownloadInfo.h"
 #include "platform/Digest.h"
 #include "platform/Error.h"
 #include "platform/Files.h"

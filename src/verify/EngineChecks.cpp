@@ -1,7 +1,8 @@
 #include "app/ViewController.h"
 
-#include "engine/ExecutableBit.h"
 #include "log/Logger.h"
+#include "model/ExecutableBit.h"
+#include "model/TextIdentifiers.h"
 #include "platform/Bundle.h"
 #include "platform/Bytes.h"
 #include "platform/Error.h"

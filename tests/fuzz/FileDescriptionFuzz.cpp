@@ -1,7 +1,7 @@
 /// Any bytes as a file description: decoded or refused, always alike, and nothing decodes that is no whole
 /// document.
 
-#include "download/FileDownloadInfo.h"
+#include "model/FileDownloadInfo.h"
 #include "platform/Error.h"
 #include "platform/Utf8.h"
 #include "tests/fuzz/Finding.h"

@@ -1,6 +1,7 @@
 /// Any text as the user's list of languages: the choice is the one that a plain reading of the rule makes.
 
 #include "app/ViewController.h"
+#include "model/TextIdentifiers.h"
 #include "tests/fuzz/Finding.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "demo/VendorServer.h"
-#include "download/FileDownloadInfo.h"
+#include "model/FileDownloadInfo.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <string>

@@ -1,6 +1,6 @@
 #include "verify/Crypto.h"
 
-#include "download/FileDownloadInfo.h"
+#include "model/FileDownloadInfo.h"
 #include "platform/Error.h"
 #include "tests/support/DeathTest.h"
 #include "tests/support/EnvironmentVariable.h"

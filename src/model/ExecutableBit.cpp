@@ -1,4 +1,4 @@
-#include "engine/ExecutableBit.h"
+#include "model/ExecutableBit.h"
 
 #include "platform/Files.h"
 

@@ -1,4 +1,4 @@
-#include "download/FileDownloadInfo.h"
+#include "model/FileDownloadInfo.h"
 
 #include "platform/Error.h"
 
