@@ -2,6 +2,7 @@
 
 set(ORVANE_PORTABLE_SOURCES
     src/app/AppDelegate.cpp
+    src/app/EngineOperations.cpp
     src/app/InstallerFlow.cpp
     src/app/LocaleChoice.cpp
     src/app/LocalizedTexts.cpp
@@ -19,6 +20,7 @@ set(ORVANE_PORTABLE_SOURCES
     src/log/Base64.cpp
     src/log/CrashReport.cpp
     src/log/Logger.cpp
+    src/model/DescribedEngine.cpp
     src/model/ExecutableBit.cpp
     src/model/FileDownloadInfo.cpp
     src/platform/BoundedRequest.cpp

@@ -134,9 +134,7 @@ void ViewController::askForUninstallationConsent() {
 std::string ViewController::quitCommandTitle() { return loadTranslatedString(text::kQuit); }
 
 void ViewController::writeProgramLog(const std::string& text) const {
-    if (const auto runLogger = logger.load()) {
-        runLogger->WriteProgramLog(text);
-    }
+    orvane::writeProgramLog(logger.load(), text);
 }
 
 } // namespace orvane

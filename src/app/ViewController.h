@@ -4,7 +4,8 @@
 #include "app/LocalizedTexts.h"
 #include "config/Deployment.h"
 #include "download/DownloadService.h"
-#include "model/FileDownloadInfo.h"
+#include "model/DescribedEngine.h"
+#include "model/Presentation.h"
 #include "platform/Application.h"
 #include "platform/Controls.h"
 #include "platform/SharedField.h"
@@ -20,6 +21,7 @@
 
 namespace orvane {
 
+class EngineChecks;
 class Logger;
 
 namespace platform {
@@ -33,6 +35,7 @@ class Process;
 /// main queue, the download's session. The bodies of the operations lie in the folder of the subsystem they
 /// belong to.
 class ViewController final : public platform::ViewControllerBase,
+                             public Presentation,
                              public std::enable_shared_from_this<ViewController> {
 public:
     /// `deployment` must outlive the controller.
@@ -48,10 +51,8 @@ public:
 
     // Language (app/LocaleChoice.cpp).
     void initializeLocale();
-    std::string loadTranslatedString(std::int64_t stringID) const;
-
-    /// The identifier's form for the run's mode, for a text that has one for each.
-    std::int64_t forMode(std::int64_t stringID) const { return stringID + (uninstall ? 1 : 0); }
+    std::string loadTranslatedString(std::int64_t stringID) const override;
+    std::int64_t forMode(std::int64_t stringID) const override { return stringID + (uninstall ? 1 : 0); }
 
     // Flow (app/InstallerFlow.cpp): the first and last on the main thread, the others on the decision task.
     void viewDidAppear() override;
@@ -61,11 +62,11 @@ public:
 
     // Presentation (app/Presentation.cpp), from any thread: each hands its work to the main queue and returns
     // at once, but for the crash report that `showFatalErrorAndQuit` then sends from the calling thread.
-    void showStep(const std::string& step);
-    void showError(const std::string& err);
-    void setProgression(std::int64_t pos);
+    void showStep(const std::string& step) override;
+    void showError(const std::string& err) override;
+    void setProgression(std::int64_t pos) override;
     void setCancelButtonText(const std::string& text);
-    void showFatalErrorAndQuit(const std::string& err);
+    void showFatalErrorAndQuit(const std::string& err) override;
 
     // Engine download (download/FileDescription.cpp, download/EngineDownload.cpp), on the decision task.
 
@@ -82,9 +83,6 @@ public:
     bool orvaneVersionsMatch();
     bool orvaneChecksumsMatch();
     std::string getCurrentOrvaneVersion(); ///< throws `platform::Error`
-
-    /// Where the enciphered engine lies: beside the engine, under its name with the cipher's extension.
-    std::filesystem::path encryptedOrvaneUrl() const;
 
     // Engine process and messages (engine/EngineLaunch.cpp, engine/EngineMessages.cpp).
 
@@ -123,6 +121,8 @@ private:
     void decide();
     std::filesystem::path orvaneUrl() const;    ///< its absence is a programming error
     FileDownloadInfo orvaneDescription() const; ///< likewise
+    DescribedEngine describedEngine() const;
+    EngineChecks engineChecks();
     void startDownload(const std::string& sourceUrl, const std::filesystem::path& target,
                        std::function<void()> completionHandler);
     void showDownloadProgress(double fraction);

@@ -40,14 +40,8 @@ void ViewController::downloadOrvane(std::function<void()> completionHandler) {
         showFatalErrorAndQuit(loadTranslatedString(forMode(text::kFailed)));
         return;
     }
-    const FileDownloadInfo info = orvaneDescription();
-    const std::string sourceUrl =
-        isOrvaneEncrypted ? info.URL + encryptedFileSuffix(info.EncryptionAlgorithm) : info.URL;
-    if (!parsesAsUrl(sourceUrl)) {
-        programmingError("the engine's address is not a URL: " + sourceUrl);
-    }
-    const std::filesystem::path target = isOrvaneEncrypted ? encryptedOrvaneUrl() : orvaneUrl();
-    startDownload(sourceUrl, target, std::move(completionHandler));
+    const DescribedEngine engine = describedEngine();
+    startDownload(engine.downloadUrl(), engine.downloadLocation(), std::move(completionHandler));
 }
 
 void ViewController::startDownload(const std::string& sourceUrl, const std::filesystem::path& target,

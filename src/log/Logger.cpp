@@ -55,4 +55,10 @@ void Logger::WriteProgramLog(const std::string& text) {
     }
 }
 
+void writeProgramLog(const std::shared_ptr<Logger>& logger, const std::string& text) {
+    if (logger) {
+        logger->WriteProgramLog(text);
+    }
+}
+
 } // namespace orvane

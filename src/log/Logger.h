@@ -4,6 +4,7 @@
 #include "platform/Files.h"
 
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -44,5 +45,8 @@ private:
     std::filesystem::path programLogFilePath_;
     std::string currentTimeString_;
 };
+
+/// A line for the log of a run that has one; none: nothing happens.
+void writeProgramLog(const std::shared_ptr<Logger>& logger, const std::string& text);
 
 } // namespace orvane

@@ -1,17 +1,19 @@
-#include "app/ViewController.h"
+#include "verify/EngineChecks.h"
 
 #include "log/Logger.h"
 #include "model/ExecutableBit.h"
+#include "model/Presentation.h"
 #include "model/TextIdentifiers.h"
 #include "platform/Bundle.h"
 #include "platform/Bytes.h"
 #include "platform/Error.h"
 #include "platform/Process.h"
 #include "platform/ProgrammingError.h"
-#include "platform/Url.h"
 #include "platform/Utf8.h"
 #include "verify/Crypto.h"
 #include "verify/Versions.h"
+
+#include <utility>
 
 namespace orvane {
 
@@ -36,25 +38,28 @@ void launchVersionQuery(platform::Process& process) {
 
 } // namespace
 
-bool ViewController::orvaneMajorVersionMatches() {
-    writeProgramLog("Checking if major versions match");
+EngineChecks::EngineChecks(DescribedEngine engine, std::shared_ptr<Logger> logger, Presentation& presentation)
+    : engine_(std::move(engine)), logger_(std::move(logger)), presentation_(presentation) {}
+
+bool EngineChecks::orvaneMajorVersionMatches() const {
+    writeProgramLog(logger_, "Checking if major versions match");
     const auto version = platform::ownVersion();
     if (!version) {
         programmingError("this program has no version of its own");
     }
     const std::string own = majorVersion(*version);
-    const std::string described = majorVersion(orvaneDescription().Version);
-    writeProgramLog("bootstrapper major version is " + own + " and orvane major version is " + described);
+    const std::string described = majorVersion(engine_.info.Version);
+    writeProgramLog(logger_,
+                    "bootstrapper major version is " + own + " and orvane major version is " + described);
     return own == described;
 }
 
-std::string ViewController::getCurrentOrvaneVersion() {
-    const std::filesystem::path executable = orvaneUrl();
+std::string EngineChecks::getCurrentOrvaneVersion() const {
     platform::Process process;
-    process.setLaunchPath(executable);
+    process.setLaunchPath(engine_.location);
     process.setArguments({"--version"});
-    writeProgramLog("Spawning orvane with args --version");
-    ensureExecutable(executable);
+    writeProgramLog(logger_, "Spawning orvane with args --version");
+    ensureExecutable(engine_.location);
     process.pipeStandardOutput();
     launchVersionQuery(process);
 
@@ -66,43 +71,34 @@ std::string ViewController::getCurrentOrvaneVersion() {
     return withoutLineFeedsAround(std::string(text));
 }
 
-bool ViewController::orvaneVersionsMatch() {
-    writeProgramLog("Checking if orvane versions match");
+bool EngineChecks::orvaneVersionsMatch() const {
+    writeProgramLog(logger_, "Checking if orvane versions match");
     try {
         const std::string local = getCurrentOrvaneVersion();
-        const std::string remote = orvaneDescription().Version;
-        writeProgramLog("remote version is " + remote + " and local is " + local);
+        const std::string& remote = engine_.info.Version;
+        writeProgramLog(logger_, "remote version is " + remote + " and local is " + local);
         // A newer engine than the described one is as good.
         return compareVersions(local, remote) != ComparisonResult::ascending;
     } catch (const platform::Error& error) {
-        writeProgramLog("Unable to retrieve file version: " + error.localizedDescription());
+        writeProgramLog(logger_, "Unable to retrieve file version: " + error.localizedDescription());
         return false;
     }
 }
 
-std::filesystem::path ViewController::encryptedOrvaneUrl() const {
-    const std::string location =
-        orvaneUrl().string() + encryptedFileSuffix(orvaneDescription().EncryptionAlgorithm);
-    if (!parsesAsUrl(location)) {
-        programmingError("the enciphered engine's location is not a URL: " + location);
-    }
-    return location;
-}
-
-bool ViewController::orvaneChecksumsMatch() {
-    writeProgramLog("Checking if orvane checksums match");
-    const FileDownloadInfo info = orvaneDescription();
-    const bool encrypted = isOrvaneEncrypted;
-    const std::filesystem::path file = encrypted ? encryptedOrvaneUrl() : orvaneUrl();
+bool EngineChecks::orvaneChecksumsMatch() const {
+    writeProgramLog(logger_, "Checking if orvane checksums match");
+    const std::filesystem::path file = engine_.downloadLocation();
     try {
-        const std::string checksum = computeFileChecksum(file, info.ChecksumAlgorithm);
+        const std::string checksum = computeFileChecksum(file, engine_.info.ChecksumAlgorithm);
         // The line shows the enciphered file's digest in both cases; support compares logs by it.
-        writeProgramLog((encrypted ? "encrypted" : "decrypted") + std::string(" orvane local checksum is ") +
-                        checksum + ", remote checksum is" + info.EncryptedFileChecksum);
-        return checksum == (encrypted ? info.EncryptedFileChecksum : info.Checksum);
+        writeProgramLog(logger_, (engine_.isEncrypted ? "encrypted" : "decrypted") +
+                                     std::string(" orvane local checksum is ") + checksum +
+                                     ", remote checksum is" + engine_.info.EncryptedFileChecksum);
+        return checksum == engine_.downloadChecksum();
     } catch (const platform::Error& error) {
-        writeProgramLog("Unable to compute file checksum: " + error.localizedDescription());
-        showFatalErrorAndQuit(loadTranslatedString(forMode(text::kFailed)));
+        writeProgramLog(logger_, "Unable to compute file checksum: " + error.localizedDescription());
+        presentation_.showFatalErrorAndQuit(
+            presentation_.loadTranslatedString(presentation_.forMode(text::kFailed)));
         return false;
     }
 }

@@ -307,7 +307,8 @@ TEST_F(ChecksumsMatchTest, AnEncipheredDownloadIsLookedForBesideTheEngineByItsCi
     for (const auto& [algorithm, suffix] : std::vector<std::pair<std::string, std::string>>{
              {"xor", ".enc"}, {"pkg", ".pkg"}, {"XOR", "."}, {"", "."}}) {
         describeEnciphered(algorithm);
-        EXPECT_EQ(controller->encryptedOrvaneUrl(), deployment.engine().string() + suffix);
+        const DescribedEngine engine{.location = deployment.engine(), .info = info, .isEncrypted = true};
+        EXPECT_EQ(engine.downloadLocation(), deployment.engine().string() + suffix);
         EXPECT_FALSE(controller->orvaneChecksumsMatch()) << algorithm << ": the file is not there yet";
         writeFile(deployment.engine().string() + suffix, "xyz");
         EXPECT_TRUE(controller->orvaneChecksumsMatch()) << algorithm;
