@@ -1,5 +1,6 @@
 #include "app/ViewController.h"
 
+#include "download/FileDescription.h"
 #include "verify/EngineChecks.h"
 
 #include <utility>
@@ -14,6 +15,16 @@ DescribedEngine ViewController::describedEngine() const {
 }
 
 EngineChecks ViewController::engineChecks() { return {describedEngine(), logger.load(), *this}; }
+
+bool ViewController::downloadFileInfo() {
+    auto info =
+        fetchFileDescription(deployment_.fileDescriptionUrl, deployment_.fileDescriptionWait, logger.load());
+    const bool found = info.has_value();
+    if (found) {
+        orvaneDownloadInfo.store(std::move(info));
+    }
+    return found;
+}
 
 bool ViewController::orvaneMajorVersionMatches() { return engineChecks().orvaneMajorVersionMatches(); }
 

@@ -1,4 +1,4 @@
-#include "app/ViewController.h"
+#include "download/FileDescription.h"
 
 #include "log/Logger.h"
 #include "platform/BoundedRequest.h"
@@ -8,27 +8,27 @@
 
 namespace orvane {
 
-bool ViewController::downloadFileInfo() {
-    const platform::RequestOutcome outcome =
-        platform::performRequest({.url = deployment_.fileDescriptionUrl}, deployment_.fileDescriptionWait);
+std::optional<FileDownloadInfo> fetchFileDescription(const std::string& url, std::chrono::seconds waitLimit,
+                                                     const std::shared_ptr<Logger>& logger) {
+    const platform::RequestOutcome outcome = platform::performRequest({.url = url}, waitLimit);
     if (outcome.error) {
-        writeProgramLog("Unable to download orvane file description: Optional(" +
-                        outcome.error->debugDescription() + ")");
-        return false;
+        writeProgramLog(logger, "Unable to download orvane file description: Optional(" +
+                                    outcome.error->debugDescription() + ")");
+        return std::nullopt;
     }
-    if (logger.load()) {
+    if (logger) {
         const std::string_view body = textOf(*outcome.body);
         if (!isValidUtf8(body)) {
             programmingError("the file description is not valid UTF-8");
         }
-        writeProgramLog("Orvane download info is " + std::string(body));
+        logger->WriteProgramLog("Orvane download info is " + std::string(body));
     }
     try {
-        orvaneDownloadInfo.store(decodeFileDownloadInfo(*outcome.body));
-        return true;
+        return decodeFileDownloadInfo(*outcome.body);
     } catch (const platform::Error& error) {
-        writeProgramLog("Unable to download orvane file description: " + error.localizedDescription());
-        return false;
+        writeProgramLog(logger,
+                        "Unable to download orvane file description: " + error.localizedDescription());
+        return std::nullopt;
     }
 }
 
