@@ -1,11 +1,13 @@
 #include "log/Logger.h"
 
+#include "log/CrashReport.h"
 #include "platform/Bytes.h"
 #include "platform/Error.h"
 
 #include <array>
 #include <cstdio>
 #include <ctime>
+#include <utility>
 
 namespace orvane {
 
@@ -53,6 +55,22 @@ void Logger::WriteProgramLog(const std::string& text) {
     } catch (const platform::Error&) {
         // The line is on standard output; a full disk must not end an installation for want of its log.
     }
+}
+
+void Logger::SendCrashToOrvaneServer() {
+    if (!logFile_) {
+        return;
+    }
+    try {
+        sendPayloadToOrvaneServer(
+            crashReportPayload(platform::FileHandle::forReading(programLogFilePath_).readToEnd()));
+    } catch (const platform::Error& error) {
+        WriteProgramLog("cannot send crash report to orvane server: " + error.localizedDescription());
+    }
+}
+
+void Logger::sendPayloadToOrvaneServer(std::string payload) {
+    postCrashReport(std::move(payload), deployment_);
 }
 
 void writeProgramLog(const std::shared_ptr<Logger>& logger, const std::string& text) {

@@ -30,7 +30,6 @@ public:
 
     /// Posts the log as it is now to the vendor, waiting at most the deployment's limit; a failure becomes a
     /// log line. Without an open log it does nothing. Not on a thread that must not block.
-    /// (log/CrashReport.cpp)
     void SendCrashToOrvaneServer();
 
     /// The run's time stamp, local time as "yyyy-MM-dd HH-mm-ss"; empty until the log was opened.

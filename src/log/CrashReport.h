@@ -1,0 +1,19 @@
+#pragma once
+
+#include "platform/Bytes.h"
+
+#include <string>
+
+namespace orvane {
+
+struct Deployment;
+
+/// The JSON text of a crash report that holds `log`, as the vendor's service reads it.
+std::string crashReportPayload(ByteView log);
+
+/// Posts a crash report to the vendor's service; any answer, an error status included, counts as delivered.
+/// Returns when the request has ended, or after the deployment's `crashReportWait` without cancelling it;
+/// throws `platform::Error` then, or when the request failed. Any thread but one that must not block.
+void postCrashReport(std::string payload, const Deployment& deployment);
+
+} // namespace orvane
