@@ -1,6 +1,7 @@
 #include "app/ViewController.h"
 
 #include "download/FileDescription.h"
+#include "verify/Crypto.h"
 #include "verify/EngineChecks.h"
 
 #include <utility>
@@ -24,6 +25,19 @@ bool ViewController::downloadFileInfo() {
         orvaneDownloadInfo.store(std::move(info));
     }
     return found;
+}
+
+void ViewController::downloadOrvane(std::function<void()> completionHandler) {
+    downloadEngine(describedEngine(), deployment_.downloadTimeout, logger.load(), shared_from_this(),
+                   std::move(completionHandler));
+}
+
+void ViewController::setOrvaneDownloadTask(std::shared_ptr<DownloadTask> task) {
+    orvaneDownloadTask.store(std::move(task));
+}
+
+int ViewController::decryptOrvane(const std::filesystem::path& encryptedFile) {
+    return decryptEngine(orvaneDescription(), orvaneUrl(), encryptedFile);
 }
 
 bool ViewController::orvaneMajorVersionMatches() { return engineChecks().orvaneMajorVersionMatches(); }

@@ -37,6 +37,14 @@ void ViewController::setProgression(std::int64_t pos) {
     });
 }
 
+void ViewController::showDownloadProgress(double percentage) {
+    const auto bar = progressBar.lock();
+    if (!bar) {
+        programmingError("the progress bar is gone");
+    }
+    bar->setDoubleValue(percentage);
+}
+
 void ViewController::setCancelButtonText(const std::string& text) {
     platform::mainQueueAsync(
         [self = shared_from_this(), text] { required(self->cancelButton)->setTitle(text); });

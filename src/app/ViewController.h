@@ -3,7 +3,7 @@
 #include "app/DownloadDecision.h"
 #include "app/LocalizedTexts.h"
 #include "config/Deployment.h"
-#include "download/DownloadService.h"
+#include "download/EngineDownload.h"
 #include "model/DescribedEngine.h"
 #include "model/Presentation.h"
 #include "platform/Application.h"
@@ -36,6 +36,7 @@ class Process;
 /// belong to.
 class ViewController final : public platform::ViewControllerBase,
                              public Presentation,
+                             public EngineDownloadHost,
                              public std::enable_shared_from_this<ViewController> {
 public:
     /// `deployment` must outlive the controller.
@@ -81,7 +82,7 @@ public:
     // thread. They need `orvaneExeUrl` and `orvaneDownloadInfo`.
     bool orvaneMajorVersionMatches();
     bool orvaneVersionsMatch();
-    bool orvaneChecksumsMatch();
+    bool orvaneChecksumsMatch() override;
     std::string getCurrentOrvaneVersion(); ///< throws `platform::Error`
 
     // Engine process and messages (engine/EngineLaunch.cpp, engine/EngineMessages.cpp).
@@ -94,6 +95,12 @@ public:
     void onCopyData(std::int32_t msgType, const std::string& text);
 
     void writeProgramLog(const std::string& text) const; ///< if the run has a log already; any thread
+
+    // For the download: what it needs of the run.
+    Presentation& presentation() override { return *this; }
+    void setOrvaneDownloadTask(std::shared_ptr<DownloadTask> task) override;
+    void showDownloadProgress(double percentage) override;
+    int decryptOrvane(const std::filesystem::path& encryptedFile) override;
 
     // The run state. What several threads touch is atomic or a shared field; each field names its writer.
     std::weak_ptr<platform::Button> cancelButton;
@@ -123,12 +130,6 @@ private:
     FileDownloadInfo orvaneDescription() const; ///< likewise
     DescribedEngine describedEngine() const;
     EngineChecks engineChecks();
-    void startDownload(const std::string& sourceUrl, const std::filesystem::path& target,
-                       std::function<void()> completionHandler);
-    void showDownloadProgress(double fraction);
-    void downloadEnded(const ResultType<std::int64_t>& result, const std::filesystem::path& target,
-                       const std::function<void()>& completionHandler);
-    bool decryptOrvane(const std::filesystem::path& encryptedFile);
     std::vector<std::string> engineArguments() const;
     void showNetworkCondition(std::optional<std::int64_t> condition);
     void endRun(const std::string& codeOrMessage);

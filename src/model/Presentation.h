@@ -1,5 +1,7 @@
 #pragma once
 
+#include "model/TextIdentifiers.h"
+
 #include <cstdint>
 #include <string>
 
@@ -22,6 +24,9 @@ public:
 
     /// The identifier's form for the run's mode, for a text that has one for each.
     virtual std::int64_t forMode(std::int64_t stringID) const = 0;
+
+    /// A fatal error that tells the user only that the run failed; the log says why.
+    void showFailureAndQuit() { showFatalErrorAndQuit(loadTranslatedString(forMode(text::kFailed))); }
 
 protected:
     Presentation() = default;

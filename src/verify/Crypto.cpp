@@ -255,4 +255,15 @@ int decryptPKGFile(const FileDownloadInfo& /*downloadInfo*/, const std::filesyst
     return Shell({"installer", "-allowUntrusted", "-verboseR", "-pkg", encFileUrl, "-target", "/"});
 }
 
+int decryptEngine(const FileDownloadInfo& downloadInfo, const std::filesystem::path& plainFileUrl,
+                  const std::filesystem::path& encFileUrl) {
+    if (downloadInfo.EncryptionAlgorithm == "xor") {
+        return decryptXORFile(downloadInfo, plainFileUrl, encFileUrl);
+    }
+    if (downloadInfo.EncryptionAlgorithm == "pkg") {
+        return decryptPKGFile(downloadInfo, encFileUrl);
+    }
+    return 0;
+}
+
 } // namespace orvane

@@ -54,4 +54,9 @@ int decryptXORFile(const FileDownloadInfo& downloadInfo, const std::filesystem::
 /// until it has ended. The package puts the engine in its place itself.
 int decryptPKGFile(const FileDownloadInfo& downloadInfo, const std::filesystem::path& encFileUrl);
 
+/// Makes the engine of its enciphered download, by the described cipher. Returns the cipher's code, 0 for
+/// success, or 0 for a cipher that is not known. Throws as the ciphers do.
+int decryptEngine(const FileDownloadInfo& downloadInfo, const std::filesystem::path& plainFileUrl,
+                  const std::filesystem::path& encFileUrl);
+
 } // namespace orvane

@@ -3,7 +3,6 @@
 #include "log/Logger.h"
 #include "model/ExecutableBit.h"
 #include "model/Presentation.h"
-#include "model/TextIdentifiers.h"
 #include "platform/Bundle.h"
 #include "platform/Bytes.h"
 #include "platform/Error.h"
@@ -97,8 +96,7 @@ bool EngineChecks::orvaneChecksumsMatch() const {
         return checksum == engine_.downloadChecksum();
     } catch (const platform::Error& error) {
         writeProgramLog(logger_, "Unable to compute file checksum: " + error.localizedDescription());
-        presentation_.showFatalErrorAndQuit(
-            presentation_.loadTranslatedString(presentation_.forMode(text::kFailed)));
+        presentation_.showFailureAndQuit();
         return false;
     }
 }

@@ -85,6 +85,7 @@ TEST_F(EngineDownloadTest, ADescribedAddressThatIsNoUrlIsAProgrammingError) {
 TEST_F(EngineDownloadTest, AMissingDescriptionOrLocationIsAProgrammingError) {
     controller->orvaneDownloadInfo.store(std::nullopt);
     EXPECT_DEATH(start(), "the engine's description is needed before it was fetched");
+    describe();
     controller->orvaneExeUrl.store(std::nullopt);
     EXPECT_DEATH(start(), "the engine's location is needed before it was built");
 }
