@@ -1,6 +1,11 @@
 #include "app/ViewController.h"
 
 #include "download/FileDescription.h"
+#include "engine/EngineLaunch.h"
+#include "engine/EngineMessages.h"
+#include "log/Logger.h"
+#include "platform/Process.h"
+#include "platform/ProgrammingError.h"
 #include "verify/Crypto.h"
 #include "verify/EngineChecks.h"
 
@@ -47,5 +52,33 @@ bool ViewController::orvaneVersionsMatch() { return engineChecks().orvaneVersion
 bool ViewController::orvaneChecksumsMatch() { return engineChecks().orvaneChecksumsMatch(); }
 
 std::string ViewController::getCurrentOrvaneVersion() { return engineChecks().getCurrentOrvaneVersion(); }
+
+void ViewController::spawnOrvane() {
+    const auto process = std::make_shared<platform::Process>();
+    orvaneProcessHandle.store(process);
+    const auto runLogger = logger.load();
+    if (!runLogger) {
+        programmingError("the engine is started before the log was opened");
+    }
+    launchEngine(*process, orvaneUrl(),
+                 {.serviceName = machPortName,
+                  .localeName = localeName.load(),
+                  .step = lastOrvaneStep,
+                  .dateTime = runLogger->GetCurrentTimeString(),
+                  .options = orvaneArguments.load()},
+                 runLogger, *this);
+}
+
+void ViewController::interruptOrvane() {
+    if (const auto process = orvaneProcessHandle.load()) {
+        process->interrupt();
+    }
+}
+
+void ViewController::onCopyData(std::int32_t msgType, const std::string& text) {
+    actOnEngineMessage(msgType, text, *this);
+}
+
+void ViewController::setLastOrvaneStep(std::int64_t step) { lastOrvaneStep = step; }
 
 } // namespace orvane

@@ -5,7 +5,6 @@
 #include "platform/Activity.h"
 #include "platform/Alert.h"
 #include "platform/Files.h"
-#include "platform/Process.h"
 #include "platform/ProgrammingError.h"
 #include "platform/Queue.h"
 
@@ -126,9 +125,7 @@ void ViewController::cancelButtonClicked() {
     if (alert.runModal() != platform::kAlertSecondButtonReturn) {
         return;
     }
-    if (const auto process = orvaneProcessHandle.load()) {
-        process->interrupt();
-    }
+    interruptOrvane();
     platform::endProcess(2);
 }
 

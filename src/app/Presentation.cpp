@@ -45,6 +45,14 @@ void ViewController::showDownloadProgress(double percentage) {
     bar->setDoubleValue(percentage);
 }
 
+void ViewController::setCancelButtonEnabled(bool enabled) {
+    const auto button = cancelButton.lock();
+    if (!button) {
+        programmingError("the Cancel button is gone");
+    }
+    button->setEnabled(enabled);
+}
+
 void ViewController::setCancelButtonText(const std::string& text) {
     platform::mainQueueAsync(
         [self = shared_from_this(), text] { required(self->cancelButton)->setTitle(text); });

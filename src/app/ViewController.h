@@ -4,6 +4,7 @@
 #include "app/LocalizedTexts.h"
 #include "config/Deployment.h"
 #include "download/EngineDownload.h"
+#include "engine/EngineMessages.h"
 #include "model/DescribedEngine.h"
 #include "model/Presentation.h"
 #include "platform/Application.h"
@@ -37,6 +38,7 @@ class Process;
 class ViewController final : public platform::ViewControllerBase,
                              public Presentation,
                              public EngineDownloadHost,
+                             public EngineMessagesHost,
                              public std::enable_shared_from_this<ViewController> {
 public:
     /// `deployment` must outlive the controller.
@@ -89,18 +91,21 @@ public:
 
     /// Starts the engine and returns; a failure ends in a fatal error. Main thread, decision task, receiving
     /// loop.
-    void spawnOrvane();
+    void spawnOrvane() override;
 
     /// Acts on one engine message; on the receiving loop, which waits for the return.
     void onCopyData(std::int32_t msgType, const std::string& text);
 
     void writeProgramLog(const std::string& text) const; ///< if the run has a log already; any thread
 
-    // For the download: what it needs of the run.
+    // What the units of the subsystems ask of the run; each interface says from which thread.
     Presentation& presentation() override { return *this; }
     void setOrvaneDownloadTask(std::shared_ptr<DownloadTask> task) override;
     void showDownloadProgress(double percentage) override;
     int decryptOrvane(const std::filesystem::path& encryptedFile) override;
+    void setCancelButtonEnabled(bool enabled) override;
+    void setLastOrvaneStep(std::int64_t step) override;
+    void interruptOrvane() override;
 
     // The run state. What several threads touch is atomic or a shared field; each field names its writer.
     std::weak_ptr<platform::Button> cancelButton;
@@ -130,11 +135,6 @@ private:
     FileDownloadInfo orvaneDescription() const; ///< likewise
     DescribedEngine describedEngine() const;
     EngineChecks engineChecks();
-    std::vector<std::string> engineArguments() const;
-    void showNetworkCondition(std::optional<std::int64_t> condition);
-    void endRun(const std::string& codeOrMessage);
-    void setCancelButtonState(std::optional<std::int64_t> state);
-    void restartAtStep(const std::string& stepAndQuestion);
 
     const Deployment& deployment_;
     std::weak_ptr<platform::Layer> layer_;

@@ -1,12 +1,11 @@
-#include "app/ViewController.h"
+#include "engine/EngineLaunch.h"
 
 #include "log/Logger.h"
 #include "model/ExecutableBit.h"
-#include "model/TextIdentifiers.h"
+#include "model/Presentation.h"
 #include "platform/Error.h"
 #include "platform/Process.h"
 #include "platform/ProcessInfo.h"
-#include "platform/ProgrammingError.h"
 
 #include <algorithm>
 #include <iterator>
@@ -25,47 +24,38 @@ std::string joinedBySpaces(const std::vector<std::string>& texts) {
 
 } // namespace
 
-/// What the engine is told of its owner and of the run, then the options this program was given, but for
-/// "--fork", which is meant for whoever starts us.
-std::vector<std::string> ViewController::engineArguments() const {
-    const auto runLogger = logger.load();
-    if (!runLogger) {
-        programmingError("the engine is started before the log was opened");
-    }
+std::vector<std::string> engineArguments(const EngineRun& run) {
     std::vector<std::string> arguments{
         "--pid",
         std::to_string(platform::processIdentifier()),
         "--owner",
-        machPortName,
+        run.serviceName,
         "--ownerName",
         platform::processName(),
         "--incomplete",
         "--locale",
-        localeName.load(),
+        run.localeName,
         "--step",
-        std::to_string(lastOrvaneStep),
+        std::to_string(run.step),
         "--datetime",
-        runLogger->GetCurrentTimeString(),
+        run.dateTime,
     };
-    const std::vector<std::string> passedOn = orvaneArguments.load();
-    std::copy_if(passedOn.begin(), passedOn.end(), std::back_inserter(arguments),
+    std::copy_if(run.options.begin(), run.options.end(), std::back_inserter(arguments),
                  [](const std::string& argument) { return argument != "--fork"; });
     return arguments;
 }
 
-void ViewController::spawnOrvane() {
-    const auto process = std::make_shared<platform::Process>();
-    orvaneProcessHandle.store(process);
-    const std::filesystem::path executable = orvaneUrl();
-    process->setLaunchPath(executable);
-    process->setArguments(engineArguments());
-    writeProgramLog("Spawning orvane with args " + joinedBySpaces(process->arguments()));
+void launchEngine(platform::Process& process, const std::filesystem::path& engine, const EngineRun& run,
+                  const std::shared_ptr<Logger>& logger, Presentation& presentation) {
+    process.setLaunchPath(engine);
+    process.setArguments(engineArguments(run));
+    writeProgramLog(logger, "Spawning orvane with args " + joinedBySpaces(process.arguments()));
     try {
-        ensureExecutable(executable);
-        process->launch();
+        ensureExecutable(engine);
+        process.launch();
     } catch (const platform::Error& error) {
-        writeProgramLog("Cannot spawn orvane: " + error.localizedDescription());
-        showFatalErrorAndQuit(loadTranslatedString(forMode(text::kFailed)));
+        writeProgramLog(logger, "Cannot spawn orvane: " + error.localizedDescription());
+        presentation.showFailureAndQuit();
     }
 }
 

@@ -1,12 +1,13 @@
-#include "app/ViewController.h"
+#include "engine/EngineMessages.h"
 
 #include "engine/MessageNumber.h"
-#include "model/TextIdentifiers.h"
+#include "model/Presentation.h"
 #include "platform/Alert.h"
-#include "platform/Process.h"
+#include "platform/Application.h"
 #include "platform/ProgrammingError.h"
 #include "sender/EngineMessageSender.h"
 
+#include <optional>
 #include <string_view>
 
 namespace orvane {
@@ -21,78 +22,43 @@ constexpr std::int64_t kStoppedCode = 3;
 /// A restart question begins with the number of the step to restart at.
 constexpr std::size_t kStepDigits = 2;
 
-} // namespace
-
-void ViewController::onCopyData(std::int32_t msgType, const std::string& text) {
-    switch (static_cast<EngineMessageType>(msgType)) {
-    case EngineMessageType::progress:
-        if (const auto position = messageNumber(text)) {
-            setProgression(*position);
-        }
-        break;
-    case EngineMessageType::step:
-        showStep(text);
-        break;
-    case EngineMessageType::network:
-        showNetworkCondition(messageNumber(text));
-        break;
-    case EngineMessageType::end:
-        endRun(text);
-        break;
-    case EngineMessageType::error:
-        showError(text);
-        break;
-    case EngineMessageType::restart:
-        restartAtStep(text);
-        break;
-    case EngineMessageType::cancelButton:
-        setCancelButtonState(messageNumber(text));
-        break;
-    default:
-        break; // a later engine may say more than this program knows
-    }
-}
-
-void ViewController::showNetworkCondition(std::optional<std::int64_t> condition) {
+void showNetworkCondition(std::optional<std::int64_t> condition, Presentation& presentation) {
     if (condition == 0) {
-        showError("");
+        presentation.showError("");
     } else if (condition == 1) {
-        showError(loadTranslatedString(text::kNetworkUnavailable));
+        presentation.showError(presentation.loadTranslatedString(text::kNetworkUnavailable));
     } else if (condition == 2) {
-        showError(loadTranslatedString(text::kMeteredNetwork));
+        presentation.showError(presentation.loadTranslatedString(text::kMeteredNetwork));
     }
 }
 
-void ViewController::endRun(const std::string& codeOrMessage) {
+void endRun(const std::string& codeOrMessage, Presentation& presentation) {
     const auto code = messageNumber(codeOrMessage);
     if (!code) {
-        showFatalErrorAndQuit(codeOrMessage);
+        presentation.showFatalErrorAndQuit(codeOrMessage);
     } else if (*code == kEndedWellCode) {
         platform::endProcess(0);
     } else if (*code == kMachineRestartCode) {
-        showError(loadTranslatedString(forMode(text::kEndedWell)));
+        presentation.showError(presentation.loadTranslatedString(presentation.forMode(text::kEndedWell)));
     } else if (*code == kStoppedCode) {
         platform::endProcess(2);
     }
 }
 
-void ViewController::setCancelButtonState(std::optional<std::int64_t> state) {
+void setCancelButtonState(std::optional<std::int64_t> state, EngineMessagesHost& host) {
     if (state == 0 || state == 1) {
-        const auto button = cancelButton.lock();
-        if (!button) {
-            programmingError("the Cancel button is gone");
-        }
-        button->setEnabled(state == 1);
+        host.setCancelButtonEnabled(state == 1);
     }
 }
 
-void ViewController::restartAtStep(const std::string& stepAndQuestion) {
+void restartAtStep(const std::string& stepAndQuestion, EngineMessagesHost& host) {
+    const Presentation& presentation = host.presentation();
     if (stepAndQuestion.size() < kStepDigits) {
         programmingError("a restart question is shorter than its step number");
     }
-    const platform::Alert question{
-        .messageText = stepAndQuestion.substr(kStepDigits),
-        .buttonTitles = {loadTranslatedString(text::kYes), loadTranslatedString(text::kNo)}};
+    const platform::Alert question{.messageText = stepAndQuestion.substr(kStepDigits),
+                                   .buttonTitles = {presentation.loadTranslatedString(text::kYes),
+                                                    presentation.loadTranslatedString(text::kNo)}};
     if (question.runModal() == platform::kAlertSecondButtonReturn) {
         platform::endProcess(2);
     }
@@ -100,11 +66,42 @@ void ViewController::restartAtStep(const std::string& stepAndQuestion) {
     if (!step) {
         programmingError("a restart question does not begin with a step number");
     }
-    lastOrvaneStep = *step;
-    if (const auto process = orvaneProcessHandle.load()) {
-        process->interrupt();
+    host.setLastOrvaneStep(*step);
+    host.interruptOrvane();
+    host.spawnOrvane();
+}
+
+} // namespace
+
+void actOnEngineMessage(std::int32_t msgType, const std::string& text, EngineMessagesHost& host) {
+    Presentation& presentation = host.presentation();
+    switch (static_cast<EngineMessageType>(msgType)) {
+    case EngineMessageType::progress:
+        if (const auto position = messageNumber(text)) {
+            presentation.setProgression(*position);
+        }
+        break;
+    case EngineMessageType::step:
+        presentation.showStep(text);
+        break;
+    case EngineMessageType::network:
+        showNetworkCondition(messageNumber(text), presentation);
+        break;
+    case EngineMessageType::end:
+        endRun(text, presentation);
+        break;
+    case EngineMessageType::error:
+        presentation.showError(text);
+        break;
+    case EngineMessageType::restart:
+        restartAtStep(text, host);
+        break;
+    case EngineMessageType::cancelButton:
+        setCancelButtonState(messageNumber(text), host);
+        break;
+    default:
+        break; // a later engine may say more than this program knows
     }
-    spawnOrvane();
 }
 
 } // namespace orvane
