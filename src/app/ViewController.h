@@ -33,8 +33,8 @@ class Process;
 /// process ends.
 ///
 /// Four kinds of thread meet here: the main thread, the decision task, the receiving loop and, through the
-/// main queue, the download's session. The bodies of the operations lie in the folder of the subsystem they
-/// belong to.
+/// main queue, the download's session. Start-up, language, flow and presentation are its own; every other
+/// operation hands what the run knows to a unit of its subsystem (app/EngineOperations.cpp).
 class ViewController final : public platform::ViewControllerBase,
                              public Presentation,
                              public EngineDownloadHost,
@@ -71,7 +71,7 @@ public:
     void setCancelButtonText(const std::string& text);
     void showFatalErrorAndQuit(const std::string& err) override;
 
-    // Engine download (download/FileDescription.cpp, download/EngineDownload.cpp), on the decision task.
+    // Engine download (download/FileDescription.h, download/EngineDownload.h), on the decision task.
 
     /// Fetches and stores `orvaneDownloadInfo`; blocks up to the deployment's limit. False: the log says why.
     bool downloadFileInfo();
@@ -80,14 +80,14 @@ public:
     /// the engine lies verified and deciphered at its place; every failure ends in a fatal error instead.
     void downloadOrvane(std::function<void()> completionHandler);
 
-    // Engine verification (verify/EngineChecks.cpp), on the decision task; the checksums also on the main
+    // Engine verification (verify/EngineChecks.h), on the decision task; the checksums also on the main
     // thread. They need `orvaneExeUrl` and `orvaneDownloadInfo`.
     bool orvaneMajorVersionMatches();
     bool orvaneVersionsMatch();
     bool orvaneChecksumsMatch() override;
     std::string getCurrentOrvaneVersion(); ///< throws `platform::Error`
 
-    // Engine process and messages (engine/EngineLaunch.cpp, engine/EngineMessages.cpp).
+    // Engine process and messages (engine/EngineLaunch.h, engine/EngineMessages.h).
 
     /// Starts the engine and returns; a failure ends in a fatal error. Main thread, decision task, receiving
     /// loop.
