@@ -125,6 +125,7 @@ set(ORVANE_CONFORMANCE_SOURCES
     tests/platform/Utf8Test.cpp)
 set(ORVANE_CONFORMANCE_LINUX_SOURCES
     tests/platform/BundleTest_linux.cpp
+    tests/platform/ErrorTest_linux.cpp
     tests/platform/FileHandleTest_linux.cpp
     tests/platform/HostileEnvironment_linux.cpp
     tests/platform/LocaleTest_linux.cpp

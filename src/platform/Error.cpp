@@ -1,6 +1,5 @@
 #include "platform/Error.h"
 
-#include <system_error>
 #include <utility>
 
 namespace orvane::platform {
@@ -9,8 +8,7 @@ Error::Error(std::string domain, std::int64_t code, std::string localizedDescrip
     : domain_(std::move(domain)),
       code_(code),
       localizedDescription_(std::move(localizedDescription)),
-      debugDescription_("Error Domain=" + domain_ + " Code=" + std::to_string(code_) + " \"" +
-                        localizedDescription_ + "\"") {}
+      debugDescription_(debugDescriptionOf(domain_, code_, localizedDescription_)) {}
 
 Error::Error(std::string domain, std::int64_t code, std::string localizedDescription,
              std::string debugDescription)
@@ -20,7 +18,7 @@ Error::Error(std::string domain, std::int64_t code, std::string localizedDescrip
       debugDescription_(std::move(debugDescription)) {}
 
 Error posixError(int errorNumber, const std::string& subject) {
-    return {"POSIX", errorNumber, subject + ": " + std::generic_category().message(errorNumber)};
+    return {"POSIX", errorNumber, subject + ": " + errorNumberDescription(errorNumber)};
 }
 
 } // namespace orvane::platform

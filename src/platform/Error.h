@@ -39,7 +39,17 @@ private:
 /// The error of a failed C library call on `subject` (a path, say), from its errno value.
 Error posixError(int errorNumber, const std::string& subject);
 
+/// The meaning of an errno value. Linux: in English, with the value's name, such as "No such file or
+/// directory (ENOENT)", whatever the desktop's language, so that logs can be searched. macOS: in the system's
+/// words.
+std::string errorNumberDescription(int errorNumber);
+
 /// The platform's wording for an error that carries no description of its own.
 std::string genericErrorDescription(const std::string& domain, std::int64_t code);
+
+/// How the platform prints an error with these values for developers. macOS: as an NSError prints itself,
+/// with its user information.
+std::string debugDescriptionOf(const std::string& domain, std::int64_t code,
+                               const std::string& localizedDescription);
 
 } // namespace orvane::platform

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <clocale>
 #include <limits>
 #include <new>
 #include <thread>
@@ -17,6 +18,12 @@ CURLM* newMulti() {
         throw std::bad_alloc();
     }
     return multi;
+}
+
+/// The library's messages contain the C library's, which follow the locale. Logs must not.
+void speakEnglish() {
+    static const locale_t locale = ::newlocale(LC_MESSAGES_MASK, "C", nullptr);
+    ::uselocale(locale);
 }
 
 /// Rounded up, so that a wait for the deadline ends behind it.
@@ -51,6 +58,7 @@ void UrlWorker::sessionIsGone() {
 }
 
 void UrlWorker::run() {
+    speakEnglish();
     while (takeNewTasks()) {
         for (UrlTransfer& transfer : transfers_) {
             transfer.obeyTask();

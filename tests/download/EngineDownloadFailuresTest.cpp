@@ -19,8 +19,9 @@ constexpr char kDownloadIncorrect[] =
 TEST_F(EngineDownloadTest, AFolderThatCannotBeMadeEndsTheInstallation) {
     writeFile(deployment.values.engineRoot, "a file in the way");
     start();
-    expectFailure(kInstallationFailed, {"Unable to create orvane directory: " +
-                                        deployment.engine().parent_path().string() + ": Not a directory"});
+    expectFailure(kInstallationFailed,
+                  {"Unable to create orvane directory: " + deployment.engine().parent_path().string() +
+                   ": Not a directory (ENOTDIR)"});
     EXPECT_EQ(server.requestLines(), Lines{"POST /crashreport"});
 }
 
@@ -118,8 +119,8 @@ TEST_F(EngineDownloadTest, AnUnreadableDownloadEndsInTheTextOfALocalFailure) {
     });
     start();
     expectFatalError(kInstallationFailed);
-    EXPECT_EQ(logLines().back(),
-              "Unable to compute file checksum: " + deployment.engine().string() + ": Is a directory");
+    EXPECT_EQ(logLines().back(), "Unable to compute file checksum: " + deployment.engine().string() +
+                                     ": Is a directory (EISDIR)");
 }
 
 TEST_F(EngineDownloadTest, WithoutALogFailuresEndTheRunJustSo) {

@@ -172,11 +172,11 @@ TEST_F(EngineDownloadTest, AnEngineFileThatCannotBeWrittenOverEndsTheInstallatio
     std::filesystem::create_directories(deployment.engine());
     offerEnciphered("xor", enciphered(info.Checksum));
     start();
-    expectFailure(
-        kInstallationFailed,
-        arrivedAnd("encrypted", info.EncryptedFileChecksum,
-                   {"Orvane is encrypted, decrypting it",
-                    "Unable to decrypt orvane: " + deployment.engine().string() + ": Is a directory"}));
+    expectFailure(kInstallationFailed,
+                  arrivedAnd("encrypted", info.EncryptedFileChecksum,
+                             {"Orvane is encrypted, decrypting it",
+                              "Unable to decrypt orvane: " + deployment.engine().string() +
+                                  ": Is a directory (EISDIR)"}));
     EXPECT_NE(controller->orvaneDownloadTask.load(), nullptr);
 }
 

@@ -162,7 +162,7 @@ def test_a_log_that_was_removed_meanwhile_is_not_sent(rehearsal):
     log_file = run.log_file()
     log_file.unlink()
     rehearsal.open_gate("log is gone")
-    run.await_output(f"{FAILURE}{log_file}: No such file or directory")
+    run.await_output(f"{FAILURE}{log_file}: No such file or directory (ENOENT)")
     rehearsal.acknowledge(run, "Rien ne va plus", reported=False)
     assert vendor.requests() == [DESCRIPTION]
     assert not log_file.exists()

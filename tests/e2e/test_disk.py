@@ -11,7 +11,7 @@ from harness.vendor import DESCRIPTION, ENGINE, REPORT
 pytestmark = pytest.mark.skipif(os.geteuid() != 0, reason="only root can mount the disks that are to fail")
 
 BODY = bytes(range(256)) * 4096  # 1 MiB that is no program
-NO_ROOM = "No space left on device"
+NO_ROOM = "No space left on device (ENOSPC)"
 LITTLE_ROOM = 16 * 1024  # for a log, in bytes
 
 

@@ -196,7 +196,7 @@ def test_killed_while_the_engine_works_the_engine_is_left_alone_and_the_next_run
 
 @pytest.mark.parametrize("cipher, line", [
     ("", "Unable to download orvane: The operation could not be completed. (OrvaneBootstrap.DownloadError error 0.)"),
-    ("xor", "Unable to decrypt orvane: {engine}: Text file busy"),
+    ("xor", "Unable to decrypt orvane: {engine}: Text file busy (ETXTBSY)"),
 ], ids=["plain", "enciphered"])
 def test_an_older_engine_of_a_killed_run_that_still_runs_cannot_be_replaced(rehearsal, cipher, line):
     rehearsal.scenario(f"mark {rehearsal.mark_of('working')}", "wait-interrupt")

@@ -12,8 +12,8 @@ from harness.texts import French
 from harness.vendor import DESCRIPTION
 
 CANNOT_KEEP = "Error initializing logger: "
-NO_PERMISSION = "Permission denied"
-NO_FOLDER = "Not a directory"
+NO_PERMISSION = "Permission denied (EACCES)"
+NO_FOLDER = "Not a directory (ENOTDIR)"
 
 SWISS_TIME = "CET-1CEST,M3.5.0,M10.5.0/3"
 

@@ -49,7 +49,7 @@ def start_without_rights(product, *options):
 
 
 def denied(path):
-    return f"{path}: Permission denied"
+    return f"{path}: Permission denied (EACCES)"
 
 
 @pytest.mark.parametrize("options, folder, text", [
@@ -96,7 +96,7 @@ def test_an_engine_that_may_not_be_made_runnable_cannot_be_started(product):
     give_away(product.namespace.root / "opt")
     run = start_without_rights(product)
     product.acknowledge(run, French.installation_failed)
-    assert run.log()[-1] == f"Cannot spawn orvane: {ENGINE_FOLDER}/varlen-setup: Operation not permitted"
+    assert run.log()[-1] == f"Cannot spawn orvane: {ENGINE_FOLDER}/varlen-setup: Operation not permitted (EPERM)"
     assert vendor.requests() == [DESCRIPTION, REPORT]
 
 

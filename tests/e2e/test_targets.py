@@ -17,8 +17,8 @@ def make_read_only(folder):
     folder.chmod(0o555)
 
 
-@pytest.mark.parametrize("spoil, reason", [(make_read_only, "Permission denied"),
-                                           (lambda folder: folder.write_text("a file"), "Not a directory")],
+@pytest.mark.parametrize("spoil, reason", [(make_read_only, "Permission denied (EACCES)"),
+                                           (lambda folder: folder.write_text("a file"), "Not a directory (ENOTDIR)")],
                          ids=["a read-only folder above it", "a file above it"])
 @pytest.mark.parametrize("options, text", [([], French.installation_failed),
                                            (["--uninstall"], French.uninstallation_failed)],
@@ -53,8 +53,8 @@ def test_a_folder_in_the_engines_place_is_reported_and_stops_the_program(rehears
     rehearsal.engine_path.mkdir(parents=True)
     run = rehearsal.start(languages=NONE)
     assert run.status() == -signal.SIGABRT
-    assert f"the engine could not be asked for its version: {rehearsal.engine_path}: Permission denied" in run.errors()
-    assert f"Unable to compute file checksum: {rehearsal.engine_path}: Is a directory" in run.log()
+    assert f"the engine could not be asked for its version: {rehearsal.engine_path}: Permission denied (EACCES)" in run.errors()
+    assert f"Unable to compute file checksum: {rehearsal.engine_path}: Is a directory (EISDIR)" in run.log()
     assert vendor.requests() == [DESCRIPTION, REPORT]
 
 
@@ -75,7 +75,7 @@ def test_an_engine_that_must_not_be_read_is_fatal_while_the_decision_goes_on(reh
     run = rehearsal.start(languages=NONE, through=BOUND_BY_PERMISSIONS)
     run.window.await_alert(French.installation_failed)
     run.await_log("Spawning orvane with args --pid")
-    assert f"Unable to compute file checksum: {rehearsal.engine_path}: Permission denied" in run.log()
+    assert f"Unable to compute file checksum: {rehearsal.engine_path}: Permission denied (EACCES)" in run.log()
     assert rehearsal.engine_path.stat().st_mode & 0o777 == 0o744
     eventually(run.engines, "the engine")
     rehearsal.acknowledge(run, French.installation_failed)

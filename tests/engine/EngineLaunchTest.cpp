@@ -149,8 +149,8 @@ TEST_F(EngineLaunchTest, TheEngineInheritsEnvironmentFolderAndStandardOutput) {
 TEST_F(EngineLaunchTest, AMissingEngineEndsTheInstallation) {
     controller->spawnOrvane();
     EXPECT_TRUE(logLines().front().starts_with("Spawning orvane with args --pid "));
-    EXPECT_EQ(logLines().back(),
-              "Cannot spawn orvane: " + deployment.engine().string() + ": No such file or directory");
+    EXPECT_EQ(logLines().back(), "Cannot spawn orvane: " + deployment.engine().string() +
+                                     ": No such file or directory (ENOENT)");
     EXPECT_EQ(logLines().size(), 2U);
     EXPECT_EQ(server.requestLines(), Lines{"POST /crashreport"});
     expectFatalError(kInstallationFailed);
@@ -166,7 +166,7 @@ TEST_F(EngineLaunchTest, AFileThatIsNoProgramEndsTheInstallation) {
     installEngine("<html>no program</html>");
     controller->spawnOrvane();
     EXPECT_EQ(logLines().back(),
-              "Cannot spawn orvane: " + deployment.engine().string() + ": Exec format error");
+              "Cannot spawn orvane: " + deployment.engine().string() + ": Exec format error (ENOEXEC)");
     expectFatalError(kInstallationFailed);
 }
 

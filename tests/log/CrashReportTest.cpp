@@ -116,7 +116,8 @@ TEST_F(CrashReportTest, ALogThatWasNeverOpenedSendsAndPrintsNothing) {
 TEST_F(CrashReportTest, AnUnreadableLogIsLoggedAndNothingIsSent) {
     open();
     std::filesystem::remove(logFile());
-    EXPECT_EQ(printedWhileSending(), kFailure + logFile().string() + ": No such file or directory\n");
+    EXPECT_EQ(printedWhileSending(),
+              kFailure + logFile().string() + ": No such file or directory (ENOENT)\n");
     EXPECT_EQ(server.connectionCount(), 0);
 }
 

@@ -217,7 +217,8 @@ TEST_F(LoggerTest, AFolderThatCannotBeMadeIsPrintedAndTheLogGoesOnAsPrintsAlone)
     open();
     logger.WriteProgramLog("goes on");
     const std::string printed = output.finish();
-    EXPECT_EQ(printed, "Error initializing logger: " + logFolder.string() + ": Not a directory\ngoes on\n");
+    EXPECT_EQ(printed,
+              "Error initializing logger: " + logFolder.string() + ": Not a directory (ENOTDIR)\ngoes on\n");
     EXPECT_NE(logger.GetCurrentTimeString(), "") << "the engine is told the run's time all the same";
 }
 
@@ -226,7 +227,7 @@ TEST_F(LoggerTest, AnOldFileThatCannotBeRemovedIsPrintedAndStays) {
     open();
     logger.WriteProgramLog("goes on");
     EXPECT_EQ(output.finish(),
-              "Error initializing logger: " + logFile().string() + ": Is a directory\ngoes on\n");
+              "Error initializing logger: " + logFile().string() + ": Is a directory (EISDIR)\ngoes on\n");
 }
 
 TEST_F(LoggerTest, AFileThatCannotBeWrittenAnyMoreDisturbsNobody) {

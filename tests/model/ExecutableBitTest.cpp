@@ -53,7 +53,7 @@ TEST_F(ExecutableBitTest, AMissingFileThrowsThePlatformsError) {
         ensureExecutable(engine);
         ADD_FAILURE() << "a missing file was made executable";
     } catch (const platform::Error& error) {
-        EXPECT_EQ(error.localizedDescription(), engine.string() + ": No such file or directory");
+        EXPECT_EQ(error.localizedDescription(), engine.string() + ": No such file or directory (ENOENT)");
     }
 }
 

@@ -4,7 +4,7 @@ from harness.texts import French, German
 from harness.vendor import DESCRIPTION, ENGINE
 from installed_product import TITLE
 
-DENIED = "Permission denied"
+DENIED = "Permission denied (EACCES)"
 GERMAN_USER = {"LANG": "de_CH.UTF-8"}
 
 

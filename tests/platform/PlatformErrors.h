@@ -19,6 +19,9 @@ struct PlatformErrors {
     std::optional<std::int64_t>
         notAdmitted; ///< the system lets this program speak to the tests' server in no way
 
+    std::string noSuchFile;       ///< ENOENT in words
+    std::string timedOutRendered; ///< domain "", code 408 and "Request timeout" as a developer reads them
+
     int fileRemovedButIsFolder; ///< errno values
     int folderCreatedButIsFile;
 };

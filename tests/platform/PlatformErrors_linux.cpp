@@ -15,6 +15,8 @@ const PlatformErrors& platformErrors() {
                                        .bodyTooShort = 18,
                                        .nothingReceived = 52,
                                        .notAdmitted = std::nullopt,
+                                       .noSuchFile = "No such file or directory (ENOENT)",
+                                       .timedOutRendered = R"(Error Domain= Code=408 "Request timeout")",
                                        .fileRemovedButIsFolder = EISDIR,
                                        .folderCreatedButIsFile = ENOTDIR};
     return errors;

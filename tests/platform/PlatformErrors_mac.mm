@@ -16,6 +16,10 @@ const PlatformErrors& platformErrors() {
                                        .bodyTooShort = NSURLErrorNetworkConnectionLost,
                                        .nothingReceived = NSURLErrorNetworkConnectionLost,
                                        .notAdmitted = NSURLErrorAppTransportSecurityRequiresSecureConnection,
+                                       .noSuchFile = "No such file or directory",
+                                       .timedOutRendered =
+                                           "Error Domain= Code=408 \"Request timeout\" "
+                                           "UserInfo={NSLocalizedDescription=Request timeout}",
                                        .fileRemovedButIsFolder = EPERM,
                                        .folderCreatedButIsFile = EEXIST};
     return errors;

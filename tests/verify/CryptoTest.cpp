@@ -122,7 +122,7 @@ TEST_F(ChecksumTest, WhatIsThereButCannotBeReadThrowsThePlatformsError) {
             computeFileChecksum(unreadable, algorithm);
             ADD_FAILURE() << algorithm << " digested a folder";
         } catch (const platform::Error& error) {
-            EXPECT_EQ(error.localizedDescription(), unreadable.string() + ": Is a directory");
+            EXPECT_EQ(error.localizedDescription(), unreadable.string() + ": Is a directory (EISDIR)");
         }
     }
 }

@@ -139,7 +139,7 @@ TEST_F(DecryptXorFileTest, AMissingEncipheredFileThrowsThePlatformsError) {
         decryptXORFile(engineDescribedBy("41", 1), plainFile, encFile);
         ADD_FAILURE() << "a missing file was deciphered";
     } catch (const platform::Error& error) {
-        EXPECT_EQ(error.localizedDescription(), encFile.string() + ": No such file or directory");
+        EXPECT_EQ(error.localizedDescription(), encFile.string() + ": No such file or directory (ENOENT)");
     }
 }
 
@@ -149,7 +149,7 @@ TEST_F(DecryptXorFileTest, AnEngineFileThatCannotBeOpenedThrowsThePlatformsError
         decrypt("    ", 4, "41");
         ADD_FAILURE() << "a folder was written over";
     } catch (const platform::Error& error) {
-        EXPECT_EQ(error.localizedDescription(), plainFile.string() + ": Is a directory");
+        EXPECT_EQ(error.localizedDescription(), plainFile.string() + ": Is a directory (EISDIR)");
     }
 }
 
@@ -161,7 +161,7 @@ TEST_F(DecryptXorFileDeathTest, ANewEngineFileThatCannotBeWrittenIsAnUnexpectedE
     writeFile(encFile, "    ");
     EXPECT_DEATH(decryptXORFile(engineDescribedBy("41", 4), folder.path() / "missing" / "engine", encFile),
                  "programming error: OrvaneBootstrap/crypto line 181: unexpected error: "
-                 ".*/missing/engine: No such file or directory");
+                 ".*/missing/engine: No such file or directory .ENOENT.");
 }
 
 // Packages.

@@ -169,15 +169,17 @@ TEST_F(CurrentVersionTest, AMissingEngineThrowsThePlatformsError) {
         controller->getCurrentOrvaneVersion();
         ADD_FAILURE() << "a missing engine has a version";
     } catch (const platform::Error& error) {
-        EXPECT_EQ(error.localizedDescription(), deployment.engine().string() + ": No such file or directory");
+        EXPECT_EQ(error.localizedDescription(),
+                  deployment.engine().string() + ": No such file or directory (ENOENT)");
     }
 }
 
 TEST_F(CurrentVersionTest, AnEngineThatCannotBeStartedIsAProgrammingError) {
     writeFile(deployment.engine(), "no program");
     ASSERT_EQ(chmod(deployment.engine().c_str(), 0755), 0);
-    EXPECT_DEATH(controller->getCurrentOrvaneVersion(),
-                 "the engine could not be asked for its version: .*varlen-setup: Exec format error");
+    EXPECT_DEATH(
+        controller->getCurrentOrvaneVersion(),
+        "the engine could not be asked for its version: .*varlen-setup: Exec format error .ENOEXEC.");
 }
 
 TEST_F(CurrentVersionTest, AMissingLocationIsAProgrammingError) {
@@ -219,7 +221,7 @@ TEST_F(VersionsMatchTest, AMissingEngineDoesNotMatchAndTheRunGoesOn) {
     EXPECT_FALSE(controller->orvaneVersionsMatch());
     EXPECT_EQ(logLines(), (Lines{"Checking if orvane versions match", "Spawning orvane with args --version",
                                  "Unable to retrieve file version: " + deployment.engine().string() +
-                                     ": No such file or directory"}));
+                                     ": No such file or directory (ENOENT)"}));
     EXPECT_EQ(desktop.waitingMainItems(), 0U);
 }
 
@@ -338,7 +340,7 @@ TEST_F(ChecksumsMatchTest, AnUnreadableEngineEndsTheInstallation) {
     EXPECT_FALSE(controller->orvaneChecksumsMatch());
     EXPECT_EQ(logLines(), (Lines{"Checking if orvane checksums match",
                                  "Unable to compute file checksum: " + deployment.engine().string() +
-                                     ": Is a directory"}));
+                                     ": Is a directory (EISDIR)"}));
     EXPECT_EQ(server.requestLines(), Lines{"POST /crashreport"});
     expectFatalError(kInstallationFailed);
 }
