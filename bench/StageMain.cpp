@@ -111,7 +111,7 @@ void receive(const Arguments& arguments) {
     demand(platform::registerPort(port, arguments.at(0).c_str()) == 0, "the name is taken");
     std::printf("ready\n");
     std::fflush(stdout);
-    platform::PortMessage message;
+    platform::EngineMessage message;
     demand(platform::receiveMessage(port, message) == 0, "a message was lost");
     const Measurement measurement;
     for (long left = std::stol(arguments.at(1)) - 1; left > 0; --left) {

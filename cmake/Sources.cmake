@@ -24,6 +24,7 @@ set(ORVANE_PORTABLE_SOURCES
     src/model/ExecutableBit.cpp
     src/model/FileDownloadInfo.cpp
     src/platform/BoundedRequest.cpp
+    src/platform/Digest.cpp
     src/platform/Error.cpp
     src/platform/PacedMainQueue.cpp
     src/platform/PreferredLanguages.cpp

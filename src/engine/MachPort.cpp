@@ -54,7 +54,7 @@ std::int32_t waitMachPortMessage(std::int64_t port, std::int32_t* type, char* bu
         std::printf("the receive buffer length if less than %d\n", textSize);
         return 1;
     }
-    platform::PortMessage message;
+    platform::EngineMessage message;
     if (const std::uint32_t result = platform::receiveMessage(static_cast<std::uint32_t>(port), message);
         result != 0) {
         std::printf("mach_msg() failed with code 0x%x\n", result);

@@ -17,7 +17,7 @@ public:
     Digest(const Digest&) = delete;
     Digest& operator=(const Digest&) = delete;
 
-    /// At most 4294967295 bytes at once.
+    /// At most 4294967295 bytes at once; more is a programming error.
     void update(ByteView data);
 
     /// The digest of everything fed in: 16 bytes for MD5, 32 for SHA-256. Ends the computation.
@@ -25,6 +25,9 @@ public:
 
 private:
     struct Context;
+
+    void feed(ByteView data);
+
     std::unique_ptr<Context> context_;
 };
 

@@ -2,18 +2,14 @@
 
 #include "platform/Error.h"
 #include "platform/OpenSsl_linux.h"
-#include "platform/ProgrammingError.h"
 
 #include <cstdint>
-#include <limits>
 #include <openssl/err.h>
 #include <openssl/evp.h>
 
 namespace orvane::platform {
 
 namespace {
-
-constexpr std::size_t kLargestUpdate = std::numeric_limits<std::uint32_t>::max();
 
 void demand(int succeeded) {
     if (succeeded != 1) {
@@ -42,12 +38,7 @@ Digest::Digest(DigestAlgorithm algorithm) {
 
 Digest::~Digest() = default;
 
-void Digest::update(ByteView data) {
-    if (data.size() > kLargestUpdate) {
-        programmingError("a digest was fed more than 4294967295 bytes at once");
-    }
-    demand(EVP_DigestUpdate(context_->evp, data.data(), data.size()));
-}
+void Digest::feed(ByteView data) { demand(EVP_DigestUpdate(context_->evp, data.data(), data.size())); }
 
 Bytes Digest::final() {
     Bytes digest(EVP_MAX_MD_SIZE);

@@ -24,7 +24,7 @@ Digest::Digest(DigestAlgorithm algorithm) : context_(std::make_unique<Context>()
 
 Digest::~Digest() = default;
 
-void Digest::update(ByteView data) {
+void Digest::feed(ByteView data) {
     const auto length = static_cast<CC_LONG>(data.size());
     if (auto* const md5 = std::get_if<CC_MD5_CTX>(&context_->state)) {
         CC_MD5_Update(md5, data.data(), length);

@@ -14,10 +14,11 @@ std::string_view environmentValue(const char* name) {
     return value == nullptr ? std::string_view() : std::string_view(value);
 }
 
-/// `language[_territory][.codeset][@modifier]` (setlocale(3)) as a tag; the locales of programs have none.
+/// `language[_territory][.codeset][@modifier]` (setlocale(3)) as a tag; empty for the locales of programs and
+/// for a name of underscores alone.
 std::string languageTag(std::string_view localeName) {
     std::string tag(localeName.substr(0, localeName.find_first_of(".@")));
-    if (tag == "C" || tag == "POSIX") {
+    if (tag == "C" || tag == "POSIX" || tag.find_first_not_of('_') == std::string::npos) {
         return {};
     }
     std::replace(tag.begin(), tag.end(), '_', '-');

@@ -11,7 +11,7 @@ namespace orvane::platform {
 namespace {
 
 /// A message as the kernel lays it out, with room for the trailer it appends.
-struct EngineMessage {
+struct MachMessage {
     mach_msg_header_t header;
     std::int32_t type;
     char text[kMessageTextSize];
@@ -20,10 +20,10 @@ struct EngineMessage {
 
 static_assert(sizeof(mach_msg_header_t) == 24);
 static_assert(sizeof(mach_msg_trailer_t) == 8);
-static_assert(offsetof(EngineMessage, type) == 24);
-static_assert(offsetof(EngineMessage, text) == 28);
-static_assert(offsetof(EngineMessage, trailer) == 4124);
-static_assert(sizeof(EngineMessage) == 4132);
+static_assert(offsetof(MachMessage, type) == 24);
+static_assert(offsetof(MachMessage, text) == 28);
+static_assert(offsetof(MachMessage, trailer) == 4124);
+static_assert(sizeof(MachMessage) == 4132);
 
 } // namespace
 
@@ -50,16 +50,15 @@ std::uint32_t registerPort(std::uint32_t port, const char* name) {
 #pragma clang diagnostic pop
 }
 
-std::uint32_t receiveMessage(std::uint32_t port, PortMessage& message) {
-    EngineMessage received{};
+std::uint32_t receiveMessage(std::uint32_t port, EngineMessage& message) {
+    MachMessage received{};
     const mach_msg_return_t result = mach_msg(&received.header, MACH_RCV_MSG, 0, sizeof(received), port,
                                               MACH_MSG_TIMEOUT_NONE, MACH_PORT_NULL);
     if (result != MACH_MSG_SUCCESS) {
         return static_cast<std::uint32_t>(result);
     }
     // Behind a short message stands the kernel's trailer, which is no text.
-    const std::size_t size =
-        std::min<std::size_t>(received.header.msgh_size, offsetof(EngineMessage, trailer));
+    const std::size_t size = std::min<std::size_t>(received.header.msgh_size, offsetof(MachMessage, trailer));
     auto* const bytes = reinterpret_cast<char*>(&received);
     std::memset(bytes + size, 0, sizeof(received) - size);
     message.type = received.type;

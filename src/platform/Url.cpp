@@ -22,6 +22,42 @@ bool isPercentEncoded(std::string_view text, std::size_t position) {
            contains(kHexadecimalDigits, text[position + 2]);
 }
 
+bool hasOnlyUrlCharacters(std::string_view text) {
+    for (std::size_t position = 0; position < text.size(); ++position) {
+        const char character = text[position];
+        const bool admitted = character == '%'
+                                  ? isPercentEncoded(text, position)
+                                  : contains(kDigitsAndLetters, character) || contains(kMarks, character);
+        if (!admitted) {
+            return false;
+        }
+    }
+    return true;
+}
+
+/// Host and port, with what stands before them; empty where there is no "//" (RFC 3986, "Syntax Components").
+std::string_view authorityOf(std::string_view url) {
+    const std::size_t schemeEnd = url.find_first_of(":/?#");
+    if (schemeEnd != std::string_view::npos && url[schemeEnd] == ':') {
+        url.remove_prefix(schemeEnd + 1);
+    }
+    return url.starts_with("//") ? url.substr(2, url.find_first_of("/?#", 2) - 2) : std::string_view();
+}
+
+/// Brackets enclose a numeric host, which a port may follow, and stand nowhere else (RFC 3986, "Host").
+bool hasBracketsOnlyAroundHost(std::string_view url) {
+    const auto brackets = std::count_if(url.begin(), url.end(),
+                                        [](char character) { return character == '[' || character == ']'; });
+    if (brackets == 0) {
+        return true;
+    }
+    const std::string_view authority = authorityOf(url);
+    const std::string_view host = authority.substr(authority.rfind('@') + 1); // all of it without an "@"
+    const std::size_t end = host.find(']');
+    const bool isEnclosed = host.starts_with('[') && end != std::string_view::npos && end > 1;
+    return brackets == 2 && isEnclosed && (end + 1 == host.size() || host[end + 1] == ':');
+}
+
 char lowerCase(char letter) {
     return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
 }
@@ -43,16 +79,9 @@ std::string shown(std::string_view url) {
 } // namespace
 
 bool parsesAsUrl(std::string_view text) {
-    for (std::size_t position = 0; position < text.size(); ++position) {
-        const char character = text[position];
-        const bool admitted = character == '%'
-                                  ? isPercentEncoded(text, position)
-                                  : contains(kDigitsAndLetters, character) || contains(kMarks, character);
-        if (!admitted) {
-            return false;
-        }
-    }
-    return !text.empty();
+    const bool hasOneFragmentAtMost = std::count(text.begin(), text.end(), '#') <= 1;
+    return !text.empty() && hasOnlyUrlCharacters(text) && hasOneFragmentAtMost &&
+           hasBracketsOnlyAroundHost(text);
 }
 
 std::optional<platform::Error> refusalOfAddress(std::string_view url) {

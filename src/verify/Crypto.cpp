@@ -27,7 +27,7 @@ std::string fileDigest(const std::filesystem::path& url, platform::DigestAlgorit
     while (const std::size_t count = file.read(chunk)) {
         digest.update(ByteView(chunk).first(count));
     }
-    return hexEncodedString(digest.final());
+    return hexEncodedString(digest.final(), {});
 }
 
 /// Unicode characters, not bytes: continuation bytes of UTF-8 do not count.
@@ -207,8 +207,8 @@ std::string sha256File(const std::filesystem::path& url) {
     return fileDigest(url, platform::DigestAlgorithm::sha256);
 }
 
-std::string hexEncodedString(ByteView bytes) {
-    constexpr std::string_view digits = "0123456789abcdef";
+std::string hexEncodedString(ByteView bytes, HexEncodingOptions options) {
+    const std::string_view digits = options.upperCase ? "0123456789ABCDEF" : "0123456789abcdef";
     std::string text;
     text.reserve(2 * bytes.size());
     for (const std::byte byte : bytes) {

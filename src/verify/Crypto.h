@@ -20,8 +20,13 @@ std::string computeFileChecksum(const std::filesystem::path& url, std::string_vi
 std::string md5File(const std::filesystem::path& url);
 std::string sha256File(const std::filesystem::path& url);
 
-/// Two lower-case digits a byte, most significant first.
-std::string hexEncodedString(ByteView bytes);
+/// What `hexEncodedString` can do otherwise; nothing for the program's own digests.
+struct HexEncodingOptions {
+    bool upperCase = false;
+};
+
+/// Two digits a byte, most significant first; in lower case unless told otherwise.
+std::string hexEncodedString(ByteView bytes, HexEncodingOptions options = {});
 
 /// Codes of the XOR transform.
 inline constexpr int kXorSuccess = 0;

@@ -22,12 +22,12 @@ public:
     std::pair<std::int32_t, std::string> receive();
 
     /// The last message's whole text field.
-    const platform::PortMessage& message() const { return message_; }
+    const platform::EngineMessage& message() const { return message_; }
 
 private:
     std::string name_;
     std::uint32_t port_ = 0;
-    platform::PortMessage message_;
+    platform::EngineMessage message_;
 };
 
 } // namespace orvane::test

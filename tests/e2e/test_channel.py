@@ -182,8 +182,46 @@ def test_the_product_hears_no_other_user(product):
     run.window.await_step("Prêt")
     send_as(product, NOBODY, run, STEP, "D'un autre")
     send_as(product, NOBODY, run, END, "0")
-    eventually(lambda: refusals(run, EACCES) == 2, "the refusal of both")
+    eventually(lambda: refusals(run, EACCES) == 1, "the refusal")
     assert run.window.main().step == "Prêt"
+    send_as(product, 0, run, END, "3")
+    assert run.status() == 2
+
+
+# Sends without waiting for room until it has used two seconds of a processor, and prints what it used.
+FLOOD = """
+import socket, sys, time
+channel = socket.socket(socket.AF_UNIX, socket.SOCK_DGRAM)
+channel.connect("\\0" + sys.argv[1])
+channel.setblocking(False)
+while time.process_time() < 2:
+    for _ in range(1000):
+        try:
+            channel.send(b"\\1\\0\\0\\0flood")
+        except BlockingIOError:
+            pass
+print(time.process_time())
+"""
+
+
+def test_another_users_flood_is_quiet_and_costs_the_product_a_fraction_of_the_sender(product):
+    product.scenario("step Prêt", "wait-interrupt")
+    vendor = product.vendor_with_engine()
+    product.namespace.trust(vendor.folder / "ca.pem")
+    run = product.start()
+    run.window.await_step("Prêt")
+    used_before = run.processor_seconds()
+    with subprocess.Popen(product.namespace.command("setpriv", f"--reuid={NOBODY}", "--clear-groups",
+                                                    "/usr/bin/python3", "-c", FLOOD, run.service_name()),
+                          stdout=subprocess.PIPE, text=True) as flood:
+        eventually(lambda: refusals(run, EACCES) == 1, "the refusal")
+        send_as(product, 0, run, STEP, "Malgré tout")
+        run.window.await_step("Malgré tout")
+        used_by_sender = float(flood.communicate(timeout=60)[0])
+    assert flood.returncode == 0
+    used = run.processor_seconds() - used_before
+    assert refusals(run, EACCES) == 1
+    assert used < used_by_sender / 4, f"the program used {used} s, the sender {used_by_sender} s"
     send_as(product, 0, run, END, "3")
     assert run.status() == 2
 

@@ -1,5 +1,7 @@
 #include "platform/Digest.h"
 
+#include "tests/support/DeathTest.h"
+
 #include <algorithm>
 #include <array>
 #include <gtest/gtest.h>
@@ -54,6 +56,15 @@ TEST(DigestTest, DataMayArriveInPiecesOfAnySize) {
     }
     EXPECT_EQ(hexadecimal(digest.final()),
               "cdc76e5c9914fb9281a1c7e284d73e67f1809a48a497200e046d39ccc7112cd0");
+}
+
+using DigestDeathTest = DeathTest;
+
+TEST_F(DigestDeathTest, MoreThanA32BitLengthAtOnceIsAProgrammingError) {
+    Digest digest(DigestAlgorithm::md5);
+    const std::byte first{};
+    const ByteView tooMuch(&first, std::size_t{1} << 32); // its length alone is looked at
+    EXPECT_DEATH(digest.update(tooMuch), "programming error: a digest was fed more than 4294967295 bytes");
 }
 
 TEST(DigestTest, ComputationsSideBySideDoNotMix) {

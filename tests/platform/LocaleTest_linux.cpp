@@ -43,6 +43,15 @@ TEST_F(LocaleTest, TheLocalesOfProgramsGiveNoLanguage) {
     }
 }
 
+TEST_F(LocaleTest, ANameOfUnderscoresAloneGivesNoLanguage) {
+    for (const std::string name : {"_", "__.UTF-8", "_@euro"}) {
+        const EnvironmentVariable variable("LANG", name);
+        EXPECT_EQ(preferredLanguages(), Languages{}) << name;
+    }
+    const EnvironmentVariable language("LANGUAGE", "_:de");
+    EXPECT_EQ(preferredLanguages(), Languages{"de"});
+}
+
 TEST_F(LocaleTest, TheStrongestVariableThatIsNotEmptyDecides) {
     const EnvironmentVariable lang("LANG", "en_US.UTF-8");
     EXPECT_EQ(preferredLanguages(), Languages{"en-US"});

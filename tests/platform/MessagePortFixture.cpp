@@ -23,8 +23,8 @@ void MessagePortTest::TearDown() {
     }
 }
 
-PortMessage MessagePortTest::receive() const {
-    PortMessage message;
+EngineMessage MessagePortTest::receive() const {
+    EngineMessage message;
     if (HasFailure()) {
         return message;
     }

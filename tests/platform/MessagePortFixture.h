@@ -22,7 +22,7 @@ protected:
     void TearDown() override;
 
     /// Waits for nothing after a failure: what could not be sent will not come.
-    platform::PortMessage receive() const;
+    platform::EngineMessage receive() const;
 
     const std::string name_ = newServiceName();
     std::uint32_t port_ = 0;

@@ -58,7 +58,7 @@ TEST_F(MessagePortHammerTest, SeveralPortsOnThreadsOfTheirOwnKeepTheirMessagesAp
                 const std::uint32_t port = newPort(name);
                 const Sender sender(name);
                 sender.send(numbered(number, round));
-                PortMessage message;
+                EngineMessage message;
                 EXPECT_EQ(receiveMessage(port, message), 0U);
                 EXPECT_EQ(message.type, number);
                 EXPECT_EQ(message.text, std::to_string(round));
@@ -86,7 +86,7 @@ TEST_F(MessagePortHammerTest, SendersThatComeAndGoAreAllHeardEachInItsOrder) {
     }
     std::array<int, kSenders> next{};
     for (int received = 0; received < kSenders * kMessages; ++received) {
-        PortMessage message;
+        EngineMessage message;
         ASSERT_EQ(receiveMessage(port, message), 0U);
         ASSERT_EQ(message.text, std::to_string(next.at(static_cast<std::size_t>(message.type))++));
     }
@@ -108,7 +108,7 @@ TEST_F(MessagePortHammerTest, GoodAndTooLongMessagesMixedAreToldApart) {
         }
     });
     for (int round = 0; round < kRounds; ++round) {
-        PortMessage message;
+        EngineMessage message;
         EXPECT_NE(receiveMessage(port, message), 0U);
         EXPECT_EQ(receiveMessage(port, message), 0U);
         EXPECT_EQ(message.text, std::to_string(round));

@@ -9,7 +9,7 @@ namespace {
 
 using namespace platform;
 
-std::string wholeText(const PortMessage& message) { return {message.text, sizeof message.text}; }
+std::string wholeText(const EngineMessage& message) { return {message.text, sizeof message.text}; }
 
 std::string padded(std::string text) {
     text.resize(kMessageTextSize);
@@ -18,7 +18,7 @@ std::string padded(std::string text) {
 
 TEST_F(MessagePortTest, ReceivesTypeAndText) {
     sender_.send(std::string("\x03\0\0\0", 4) + padded("Installation"));
-    const PortMessage message = receive();
+    const EngineMessage message = receive();
     EXPECT_EQ(message.type, 3);
     EXPECT_EQ(wholeText(message), padded("Installation"));
 }
@@ -50,7 +50,7 @@ TEST_F(MessagePortTest, WhatAShortMessageLeavesOutReadsAsZero) {
          {std::size_t{0}, std::size_t{1}, std::size_t{3}, std::size_t{4}, std::size_t{9}}) {
         const std::string whole("\x81\x82\x83\x04texts", 9);
         sender_.send(whole.substr(0, length));
-        const PortMessage message = receive();
+        const EngineMessage message = receive();
         std::string expected = whole.substr(0, length);
         expected.resize(sizeof(std::int32_t) + kMessageTextSize);
         std::int32_t type = 0;
@@ -62,7 +62,7 @@ TEST_F(MessagePortTest, WhatAShortMessageLeavesOutReadsAsZero) {
 
 TEST_F(MessagePortTest, NothingOfAnEarlierMessageIsLeft) {
     sender_.send(std::string("\x01\0\0\0", 4) + std::string(kMessageTextSize, 'x'));
-    PortMessage message;
+    EngineMessage message;
     EXPECT_EQ(receiveMessage(port_, message), 0U);
     sender_.send(std::string("\x02\0\0\0y", 5));
     EXPECT_EQ(receiveMessage(port_, message), 0U);
@@ -72,7 +72,7 @@ TEST_F(MessagePortTest, NothingOfAnEarlierMessageIsLeft) {
 TEST_F(MessagePortTest, AMessageThatIsTooLongIsRefusedAndTheNextOneArrives) {
     sender_.send(std::string(sizeof(std::int32_t) + kMessageTextSize + 1, 'x'));
     sender_.send(std::string("\x01\0\0\0next", 8));
-    PortMessage message;
+    EngineMessage message;
     EXPECT_NE(receiveMessage(port_, message), 0U);
     EXPECT_STREQ(receive().text, "next");
 }
@@ -88,7 +88,7 @@ TEST_F(MessagePortTest, ANameBelongsToOnePort) {
 
 TEST_F(MessagePortTest, WhatIsNoPortIsRefused) {
     constexpr std::uint32_t kNoPort = 1'000'000;
-    PortMessage message;
+    EngineMessage message;
     EXPECT_NE(insertSendRight(kNoPort), 0U);
     EXPECT_NE(registerPort(kNoPort, newServiceName().c_str()), 0U);
     EXPECT_NE(receiveMessage(kNoPort, message), 0U);

@@ -74,7 +74,7 @@ void sendWithDescriptors(const std::string& name, std::string message, std::size
 
 TEST_F(MessagePortTest, AnswersAreErrnoValues) {
     constexpr std::uint32_t kNoPort = 1'000'000;
-    PortMessage message;
+    EngineMessage message;
     EXPECT_EQ(insertSendRight(kNoPort), std::uint32_t{EBADF});
     EXPECT_EQ(registerPort(kNoPort, "orvane.test.none"), std::uint32_t{EBADF});
     EXPECT_EQ(receiveMessage(kNoPort, message), std::uint32_t{EBADF});
@@ -95,9 +95,26 @@ TEST_F(MessagePortTest, AStrangersMessageIsRefusedAndTheNextOneArrives) {
     constexpr unsigned kNobody = 65534;
     sendAs(kNobody, sender_, std::string("\x03\0\0\0stranger", 12));
     sender_.send(std::string("\x01\0\0\0friend", 10));
-    PortMessage message;
+    EngineMessage message;
     EXPECT_EQ(receiveMessage(port_, message), std::uint32_t{EACCES});
     EXPECT_STREQ(receive().text, "friend");
+}
+
+TEST_F(MessagePortTest, OfOtherUsersMessagesOnlyTheFirstIsReported) {
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "only root can send as somebody else";
+    }
+    constexpr unsigned kNobody = 65534;
+    const std::string message("\x03\0\0\0stranger", 12);
+    sendAs(kNobody, sender_, message);
+    EngineMessage received;
+    EXPECT_EQ(receiveMessage(port_, received), std::uint32_t{EACCES});
+    for (int count = 0; count < 3; ++count) {
+        sendAs(kNobody, sender_, message);
+        sendAs(kNobody - 1, sender_, std::string(sizeof(std::int32_t) + kMessageTextSize + 1, 'x'));
+        sender_.send(std::string("\x01\0\0\0friend", 10));
+        EXPECT_STREQ(receive().text, "friend");
+    }
 }
 
 TEST_F(MessagePortTest, RootMaySendToAnybody) {
@@ -106,7 +123,7 @@ TEST_F(MessagePortTest, RootMaySendToAnybody) {
     }
     constexpr unsigned kNobody = 65534;
     sender_.send(std::string("\x01\0\0\0from root", 13));
-    PortMessage message;
+    EngineMessage message;
     EXPECT_EQ(::seteuid(kNobody), 0);
     const std::uint32_t code = receiveMessage(port_, message);
     EXPECT_EQ(::seteuid(0), 0);
@@ -150,7 +167,7 @@ TEST_F(MessagePortTest, ASignalDoesNotEndTheWait) {
     action.sa_handler = [](int) { ++signalsSeen; }; // without SA_RESTART
     ASSERT_EQ(::sigaction(SIGUSR1, &action, &before), 0);
     std::atomic<int> threadNumber = 0;
-    PortMessage message;
+    EngineMessage message;
     std::uint32_t code = 1;
     std::thread receiver([&] {
         threadNumber = static_cast<int>(::syscall(SYS_gettid));

@@ -10,7 +10,8 @@ namespace {
 TEST(UrlTest, UrlsAndPathsParse) {
     for (const std::string text :
          {"https://downloads.example/a/b.enc?x=1&y=%20#end", "/opt/Varlen/orvane/varlen-setup.enc", "a",
-          "https://[::1]:8443/", "-._~:/?#[]@!$&'()*+,;=", "%00%fF"}) {
+          "https://[::1]", "https://[::1]:8443/", "https://me@[fe80::1]:1?x#y", "//[::1]/",
+          "-._~:/?#@!$&'()*+,;=", "%00%fF", "#", "a#b"}) {
         EXPECT_TRUE(parsesAsUrl(text)) << text;
     }
 }
@@ -30,6 +31,21 @@ TEST(UrlTest, APercentSignNeedsTwoHexadecimalDigits) {
         EXPECT_FALSE(parsesAsUrl(text)) << text;
     }
     EXPECT_TRUE(parsesAsUrl("%41"));
+}
+
+TEST(UrlTest, BracketsEncloseTheWholeHostOrAreNotAdmitted) {
+    for (const std::string text :
+         {"https://[::1", "https://::1]", "https://[::1]x/", "https://[]/", "https://[[::1]]/",
+          "https://a[::1]/", "https://]::1[/", "https://[::1]/[::1]", "https://downloads.example/a[1]",
+          "https://downloads.example/?a[]=1", "https://downloads.example/#[::1]", "https:/[::1]/", "[::1]"}) {
+        EXPECT_FALSE(parsesAsUrl(text)) << text;
+    }
+}
+
+TEST(UrlTest, AUrlHasOneNumberSignAtMost) {
+    for (const std::string text : {"a#b#c", "##", "https://downloads.example/#one#two"}) {
+        EXPECT_FALSE(parsesAsUrl(text)) << text;
+    }
 }
 
 std::string refusal(std::string_view url) {

@@ -130,6 +130,11 @@ TEST_F(ChecksumTest, WhatIsThereButCannotBeReadThrowsThePlatformsError) {
 TEST(HexEncodedStringTest, EachByteBecomesTwoLowerCaseDigitsTheHigherFirst) {
     EXPECT_EQ(hexEncodedString({}), "");
     EXPECT_EQ(hexEncodedString(bytes({0x00, 0x0A, 0xF0, 0x9C, 0xFF})), "000af09cff");
+    EXPECT_EQ(hexEncodedString(bytes({0x00, 0x0A, 0xF0, 0x9C, 0xFF}), HexEncodingOptions()), "000af09cff");
+}
+
+TEST(HexEncodedStringTest, TheDigitsCanBeCapitals) {
+    EXPECT_EQ(hexEncodedString(bytes({0x00, 0x0A, 0xF0, 0x9C, 0xFF}), {.upperCase = true}), "000AF09CFF");
 }
 
 // The XOR transform.

@@ -102,6 +102,11 @@ class Run:
         """The most memory the program has had at a time, in bytes."""
         return 1024 * int(self._status_field("VmHWM").split()[0])
 
+    def processor_seconds(self):
+        """The time that the program has used of processors so far."""
+        fields = Path(f"/proc/{self.process}/stat").read_text().rpartition(")")[2].split()
+        return (int(fields[11]) + int(fields[12])) / os.sysconf("SC_CLK_TCK")
+
     def signals(self, name):
         """The set of signals of that name in proc(5), such as SigBlk, as a number."""
         return int(self._status_field(name), 16)
