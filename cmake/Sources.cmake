@@ -24,13 +24,14 @@ set(ORVANE_PORTABLE_SOURCES
     src/model/ExecutableBit.cpp
     src/model/FileDownloadInfo.cpp
     src/platform/BoundedRequest.cpp
+    src/platform/Controls.cpp
     src/platform/Digest.cpp
     src/platform/Error.cpp
-    src/platform/PacedMainQueue.cpp
     src/platform/PreferredLanguages.cpp
     src/platform/ProgrammingError.cpp
     src/platform/Url.cpp
     src/platform/Utf8.cpp
+    src/platform/WindowUpdates.cpp
     src/verify/Crypto.cpp
     src/verify/EngineChecks.cpp
     src/verify/Shell.cpp

@@ -4,6 +4,7 @@
 #include "platform/Alert.h"
 #include "platform/ProgrammingError.h"
 #include "platform/Queue.h"
+#include "platform/WindowUpdates.h"
 
 namespace orvane {
 
@@ -22,17 +23,17 @@ std::shared_ptr<Control> required(const std::weak_ptr<Control>& outlet) {
 } // namespace
 
 void ViewController::showStep(const std::string& step) {
-    platform::mainQueueAsync(
-        [self = shared_from_this(), step] { required(self->textStep)->setStringValue(step); });
+    platform::submitUpdate(
+        &textStep, [self = shared_from_this(), step] { required(self->textStep)->setStringValue(step); });
 }
 
 void ViewController::showError(const std::string& err) {
-    platform::mainQueueAsync(
-        [self = shared_from_this(), err] { required(self->textError)->setStringValue(err); });
+    platform::submitUpdate(
+        &textError, [self = shared_from_this(), err] { required(self->textError)->setStringValue(err); });
 }
 
 void ViewController::setProgression(std::int64_t pos) {
-    platform::mainQueueAsync([self = shared_from_this(), pos] {
+    platform::submitUpdate(&progressBar, [self = shared_from_this(), pos] {
         required(self->progressBar)->setDoubleValue(static_cast<double>(pos));
     });
 }
@@ -54,12 +55,33 @@ void ViewController::setCancelButtonEnabled(bool enabled) {
 }
 
 void ViewController::setCancelButtonText(const std::string& text) {
-    platform::mainQueueAsync(
-        [self = shared_from_this(), text] { required(self->cancelButton)->setTitle(text); });
+    platform::submitUpdate(
+        &cancelButton, [self = shared_from_this(), text] { required(self->cancelButton)->setTitle(text); });
 }
 
 void ViewController::showFatalErrorAndQuit(const std::string& err) {
-    platform::mainQueueAsync([self = shared_from_this(), err] {
+    // The first alert's answer ends the process, so a further one would never be seen.
+    if (!isFatalErrorRaised_.exchange(true)) {
+        submitFatalAlert(err);
+    }
+    // On the main thread this goes out before the alert appears, elsewhere beside it.
+    if (const auto runLogger = logger.load()) {
+        displayWindowIfOnMainThread();
+        runLogger->SendCrashToOrvaneServer();
+    }
+}
+
+/// So that the window shows its latest texts while a crash report blocks the main thread.
+void ViewController::displayWindowIfOnMainThread() const {
+    const auto window = window_.lock();
+    if (window && platform::isMainThread()) {
+        window->displayIfNeeded();
+    }
+}
+
+void ViewController::submitFatalAlert(const std::string& err) {
+    const auto hold = std::make_shared<platform::MainQueueHold>();
+    platform::mainQueueAsync([self = shared_from_this(), err, hold] {
         if (const auto window = self->window_.lock()) {
             window->orderOut();
         }
@@ -68,10 +90,6 @@ void ViewController::showFatalErrorAndQuit(const std::string& err) {
         alert.runModal();
         platform::endProcess(1);
     });
-    // On the main thread this goes out before the alert appears, elsewhere beside it.
-    if (const auto runLogger = logger.load()) {
-        runLogger->SendCrashToOrvaneServer();
-    }
 }
 
 } // namespace orvane

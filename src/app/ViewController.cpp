@@ -5,10 +5,10 @@
 #include "model/TextIdentifiers.h"
 #include "platform/Alert.h"
 #include "platform/MessagePort.h"
-#include "platform/PacedMainQueue.h"
 #include "platform/ProgrammingError.h"
 #include "platform/Queue.h"
 #include "platform/Utf8.h"
+#include "platform/WindowUpdates.h"
 
 #include <algorithm>
 #include <array>
@@ -26,17 +26,14 @@ constexpr double kStepTextSize = 16;
 constexpr double kErrorTextSize = 12;
 constexpr std::int64_t kServiceNameSuffixLength = 10;
 
-/// An engine may speak faster than the window follows, and the main queue has no bound of its own: with so
-/// many messages between them the loop waits, the channel fills up, and the engine's sends wait too.
-constexpr std::size_t kMostMessagesAhead = 512;
-
-/// Hands over each engine message, one after the other, for as long as the process lives.
+/// Hands over each engine message, one after the other, for as long as the process lives. An engine may speak
+/// faster than the window follows: then the loop waits, the channel fills up, and the engine's sends wait
+/// too.
 void receiveEngineMessages(const std::weak_ptr<ViewController>& weakController) {
     const auto controller = weakController.lock();
     if (!controller) {
         return;
     }
-    platform::PacedMainQueue pace(kMostMessagesAhead);
     while (true) {
         std::array<char, platform::kMessageTextSize> buffer{};
         std::int32_t msgType = 0;
@@ -49,8 +46,7 @@ void receiveEngineMessages(const std::weak_ptr<ViewController>& weakController) 
             programmingError("an engine message is not valid UTF-8");
         }
         controller->onCopyData(msgType, text);
-        // Stands behind what the message left to the main queue.
-        pace.submit([] {});
+        platform::waitForRoom();
     }
 }
 
@@ -125,6 +121,7 @@ void ViewController::askForUninstallationConsent() {
     const platform::Alert question{
         .messageText = loadTranslatedString(text::kUninstallationConsent),
         .buttonTitles = {loadTranslatedString(text::kNo), loadTranslatedString(text::kYes)}};
+    const platform::MainQueueHold hold; // the start is an item of the main queue
     if (question.runModal() == platform::kAlertFirstButtonReturn) {
         writeProgramLog("User didn't want to start the procedure");
         platform::endProcess(2);

@@ -129,6 +129,8 @@ public:
 
 private:
     void applyStyle();
+    void submitFatalAlert(const std::string& err);
+    void displayWindowIfOnMainThread() const;
     void askForUninstallationConsent();
     void decide();
     std::filesystem::path orvaneUrl() const;    ///< its absence is a programming error
@@ -139,6 +141,7 @@ private:
     const Deployment& deployment_;
     std::weak_ptr<platform::Layer> layer_;
     std::weak_ptr<platform::Window> window_;
+    std::atomic<bool> isFatalErrorRaised_ = false;
 };
 
 } // namespace orvane

@@ -1,6 +1,7 @@
 #include "download/DownloadService.h"
 
 #include "platform/Queue.h"
+#include "platform/WindowUpdates.h"
 
 #include <algorithm>
 #include <utility>
@@ -75,11 +76,12 @@ void DownloadService::didReceiveData(platform::UrlSessionDataTask& dataTask, Byt
     task->writtenBytes += static_cast<std::int64_t>(data.size());
     const double progress =
         static_cast<double>(task->writtenBytes) / static_cast<double>(task->expectedContentLength);
-    progressQueue_.submit([task, progress] {
+    platform::submitUpdate(task.get(), [task, progress] {
         if (task->progressHandler) {
             task->progressHandler(progress);
         }
     });
+    platform::waitForRoom();
 }
 
 void DownloadService::didComplete(platform::UrlSessionDataTask& completedTask,

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "platform/Error.h"
-#include "platform/PacedMainQueue.h"
 #include "platform/UrlSession.h"
 
 #include <cstdint>
@@ -35,8 +34,8 @@ private:
 
 /// One download as its caller sees it. Set the handlers after `DownloadService::download` has returned and
 /// before `resume`. Both are called on the main thread: the progress handler with the fraction received once
-/// for each piece (negative, infinite or NaN while the length is not known), then the completion handler
-/// exactly once.
+/// for each piece (negative, infinite or NaN while the length is not known; of the pieces received while an
+/// alert holds the main queue, for the last one alone), then the completion handler exactly once.
 class DownloadTask {
 public:
     virtual ~DownloadTask() = default;
@@ -95,11 +94,7 @@ private:
     std::shared_ptr<GenericDownloadTask> taskFor(const platform::UrlSessionDataTask& dataTask) const;
     void remove(const std::shared_ptr<GenericDownloadTask>& task);
 
-    /// 16 MiB on their way to the file are 1024 pieces of a TLS record each.
-    static constexpr std::size_t kMostProgressWaiting = 1024;
-
     std::unique_ptr<platform::UrlSession> session_;
-    platform::PacedMainQueue progressQueue_{kMostProgressWaiting};
     mutable std::mutex downloadTasksMutex_;
     std::vector<std::shared_ptr<GenericDownloadTask>> downloadTasks_; ///< in flight
 };

@@ -5,6 +5,7 @@
 #include "platform/Alert.h"
 #include "platform/Application.h"
 #include "platform/ProgrammingError.h"
+#include "platform/WindowUpdates.h"
 #include "sender/EngineMessageSender.h"
 
 #include <optional>
@@ -21,6 +22,11 @@ constexpr std::int64_t kStoppedCode = 3;
 
 /// A restart question begins with the number of the step to restart at.
 constexpr std::size_t kStepDigits = 2;
+
+std::int64_t runHoldingMainQueue(const platform::Alert& question) {
+    const platform::MainQueueHold hold;
+    return question.runModal();
+}
 
 void showNetworkCondition(std::optional<std::int64_t> condition, Presentation& presentation) {
     if (condition == 0) {
@@ -59,7 +65,7 @@ void restartAtStep(const std::string& stepAndQuestion, EngineMessagesHost& host)
     const platform::Alert question{.messageText = stepAndQuestion.substr(kStepDigits),
                                    .buttonTitles = {presentation.loadTranslatedString(text::kYes),
                                                     presentation.loadTranslatedString(text::kNo)}};
-    if (question.runModal() == platform::kAlertSecondButtonReturn) {
+    if (runHoldingMainQueue(question) == platform::kAlertSecondButtonReturn) {
         platform::endProcess(2);
     }
     const auto step = messageNumber(std::string_view(stepAndQuestion).substr(0, kStepDigits));

@@ -36,13 +36,17 @@ public:
     virtual void setDoubleValue(double doubleValue) = 0;
 };
 
-class Button {
+class Button : public std::enable_shared_from_this<Button> {
 public:
     virtual ~Button() = default;
     virtual void setTitle(const std::string& title) = 0; ///< main thread
 
-    /// Any thread; from another than the main thread the change is made on it while the caller waits.
-    virtual void setEnabled(bool enabled) = 0;
+    /// Any thread; returns at once. The change is made on the main thread, in order with the other updates of
+    /// the window.
+    void setEnabled(bool enabled);
+
+private:
+    virtual void applyEnabled(bool enabled) = 0; ///< main thread
 };
 
 /// What the window's content is painted on. Main thread.
@@ -57,7 +61,8 @@ class Window {
 public:
     virtual ~Window() = default;
     virtual void setMovableByWindowBackground(bool movable) = 0;
-    virtual void orderOut() = 0; ///< takes the window off the screen
+    virtual void displayIfNeeded() = 0; ///< paints at once what has changed, without running the event loop
+    virtual void orderOut() = 0;        ///< takes the window off the screen
 };
 
 /// What the main window consists of. The platform owns all of it; a controller keeps weak references.

@@ -1,6 +1,5 @@
 #include "platform/Controls_linux.h"
 
-#include "platform/Queue_linux.h"
 #include "platform/WindowMetrics.h"
 #include "platform/WrappingText_linux.h"
 
@@ -169,15 +168,12 @@ void LinuxTextField::setSystemFontOfSize(double size) {
 
 void LinuxButton::setTitle(const std::string& title) { button_.setText(plainTitle(title)); }
 
-void LinuxButton::setEnabled(bool enabled) {
-    runOnMainThreadAndWait([this, enabled] {
-        button_.setEnabled(enabled);
-        // A disabled button gives the focus away, and only the button itself can give the keyboard its way
-        // back.
-        if (enabled && button_.window()->focusWidget() == nullptr) {
-            button_.setFocus();
-        }
-    });
+void LinuxButton::applyEnabled(bool enabled) {
+    button_.setEnabled(enabled);
+    // A disabled button gives the focus away, and only the button itself can give the keyboard its way back.
+    if (enabled && button_.window()->focusWidget() == nullptr) {
+        button_.setFocus();
+    }
 }
 
 } // namespace orvane::platform

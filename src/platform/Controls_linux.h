@@ -89,9 +89,10 @@ public:
     explicit LinuxButton(QPushButton& button) : button_(button) {}
 
     void setTitle(const std::string& title) override;
-    void setEnabled(bool enabled) override;
 
 private:
+    void applyEnabled(bool enabled) override;
+
     QPushButton& button_;
 };
 

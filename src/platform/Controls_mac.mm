@@ -1,7 +1,6 @@
 #include "platform/Controls_mac.h"
 
 #include "platform/Foundation_mac.h"
-#include "platform/Queue_mac.h"
 
 #import <QuartzCore/QuartzCore.h>
 
@@ -56,11 +55,9 @@ class MacButton final : public Button {
 
     void setTitle(const std::string& title) override { button_.title = toNSString(title); }
 
-    void setEnabled(bool enabled) override {
-        runOnMainThreadAndWait([this, enabled] { button_.enabled = enabled; });
-    }
-
   private:
+    void applyEnabled(bool enabled) override { button_.enabled = enabled; }
+
     NSButton* const button_;
 };
 
@@ -81,6 +78,7 @@ class MacWindow final : public Window {
     explicit MacWindow(NSWindow* window) : window_(window) {}
 
     void setMovableByWindowBackground(bool movable) override { window_.movableByWindowBackground = movable; }
+    void displayIfNeeded() override { [window_ displayIfNeeded]; }
     void orderOut() override { [window_ orderOut:nil]; }
 
   private:

@@ -29,6 +29,10 @@ public:
     explicit LinuxWindow(MainWindow& window) : window_(window) {}
 
     void setMovableByWindowBackground(bool movable) override { window_.setMovableByBackground(movable); }
+    void displayIfNeeded() override {
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+        window_.repaint();
+    }
     void orderOut() override { window_.hide(); }
 
 private:

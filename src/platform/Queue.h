@@ -10,6 +10,8 @@ namespace orvane::platform {
 /// event opened (a click, not an item) does not hold the queue up.
 void mainQueueAsync(std::function<void()> work);
 
+bool isMainThread();
+
 /// Runs `work` on a background thread of its own accord and priority `utility`; items run side by side.
 /// Returns at once, from any thread.
 void utilityQueueAsync(std::function<void()> work);

@@ -7,7 +7,6 @@
 #include <QElapsedTimer>
 #include <QEvent>
 #include <QObject>
-#include <QTimerEvent>
 
 #include <deque>
 #include <exception>
@@ -27,33 +26,15 @@ namespace {
 /// How long items may follow one another before mouse, keyboard, timers and painting get their turn.
 constexpr qint64 kTurnMilliseconds = 4;
 
-/// How long items are gathered once all were served: a thread that submits one small item after the other
-/// does not wake the main thread for each. So many are not waited for, though.
-constexpr int kGatheringMilliseconds = 4;
-constexpr std::size_t kWorthServing = 128;
-
 /// Receives on the main thread the events that call for service.
 class Servant final : public QObject {
 public:
     bool event(QEvent* event) override;
-
-    /// Lets some time pass, then tells the queue.
-    void gather() { timer_ = startTimer(kGatheringMilliseconds, Qt::PreciseTimer); }
-
-protected:
-    void timerEvent(QTimerEvent* event) override;
-
-private:
-    int timer_ = 0;
 };
 
 class MainQueue {
 public:
     void submit(std::function<void()> work);
-
-    /// Likewise, for work that the caller waits for: nothing more is gathered.
-    void submitAwaited(std::function<void()> work);
-
     void attach();
     void detach();
     bool isMainThread();
@@ -61,9 +42,6 @@ public:
     /// Runs items until none is left or the turn is over. Does nothing inside an item, whose event loop (a
     /// modal alert's) then goes on without them. Main thread.
     void serve();
-
-    /// Ends the gathering. Main thread.
-    void gathered();
 
 private:
     std::optional<std::function<void()>> takeNext();
@@ -74,7 +52,6 @@ private:
     std::unique_ptr<Servant> servant_; ///< absent while detached
     std::thread::id mainThread_;
     bool serviceIsCalled_ = false;
-    bool isGathering_ = false; ///< all items were served a moment ago
 
     bool isServing_ = false; ///< main thread alone
 };
@@ -98,20 +75,7 @@ bool Servant::event(QEvent* event) {
     return true;
 }
 
-void Servant::timerEvent(QTimerEvent* /*event*/) {
-    killTimer(timer_);
-    mainQueue().gathered();
-}
-
 void MainQueue::submit(std::function<void()> work) {
-    const std::lock_guard lock(mutex_);
-    items_.push_back(std::move(work));
-    if (!isGathering_ || items_.size() >= kWorthServing) {
-        callForService();
-    }
-}
-
-void MainQueue::submitAwaited(std::function<void()> work) {
     const std::lock_guard lock(mutex_);
     items_.push_back(std::move(work));
     callForService();
@@ -128,7 +92,6 @@ void MainQueue::detach() {
     const std::lock_guard lock(mutex_);
     servant_.reset();
     serviceIsCalled_ = false;
-    isGathering_ = false;
 }
 
 bool MainQueue::isMainThread() {
@@ -137,12 +100,8 @@ bool MainQueue::isMainThread() {
 }
 
 void MainQueue::serve() {
-    {
-        const std::lock_guard lock(mutex_);
-        serviceIsCalled_ = false;
-    }
     if (isServing_) {
-        return;
+        return; // `serviceIsCalled_` stays set: the serving item's end calls again
     }
     isServing_ = true;
     QElapsedTimer turn;
@@ -157,16 +116,7 @@ void MainQueue::serve() {
     isServing_ = false;
 
     const std::lock_guard lock(mutex_);
-    if (items_.empty() && servant_ && !isGathering_) {
-        isGathering_ = true;
-        servant_->gather();
-    }
-    callForService();
-}
-
-void MainQueue::gathered() {
-    const std::lock_guard lock(mutex_);
-    isGathering_ = false;
+    serviceIsCalled_ = false;
     callForService();
 }
 
@@ -207,6 +157,8 @@ MainQueueService::~MainQueueService() { mainQueue().detach(); }
 
 void mainQueueAsync(std::function<void()> work) { mainQueue().submit(std::move(work)); }
 
+bool isMainThread() { return mainQueue().isMainThread(); }
+
 /// The priority stays the ordinary one: a thread's niceness would pass on to the processes started from it.
 void utilityQueueAsync(std::function<void()> work) {
     try {
@@ -217,13 +169,13 @@ void utilityQueueAsync(std::function<void()> work) {
 }
 
 void runOnMainThreadAndWait(const std::function<void()>& work) {
-    if (mainQueue().isMainThread()) {
+    if (isMainThread()) {
         work();
         return;
     }
     // Owned by the item as well, which may still be inside set_value when the caller goes on.
     const auto done = std::make_shared<std::promise<void>>();
-    mainQueue().submitAwaited([&work, done] {
+    mainQueue().submit([&work, done] {
         work();
         done->set_value();
     });

@@ -17,6 +17,8 @@ void mainQueueAsync(std::function<void()> work) {
     });
 }
 
+bool isMainThread() { return NSThread.isMainThread; }
+
 void utilityQueueAsync(std::function<void()> work) {
     dispatch_async(dispatch_get_global_queue(QOS_CLASS_UTILITY, 0), ^{
       @autoreleasepool {
@@ -26,7 +28,7 @@ void utilityQueueAsync(std::function<void()> work) {
 }
 
 void runOnMainThreadAndWait(const std::function<void()>& work) {
-    if (NSThread.isMainThread) {
+    if (isMainThread()) {
         work();
         return;
     }

@@ -1,6 +1,7 @@
 #include "app/AppDelegate.h"
 #include "app/RunApplication.h"
 #include "log/Logger.h"
+#include "platform/WindowUpdates.h"
 #include "sender/EngineMessageSender.h"
 #include "tests/support/CaptureStandardOutput.h"
 #include "tests/support/ControllerTest.h"
@@ -8,6 +9,8 @@
 #include <algorithm>
 #include <cctype>
 #include <fstream>
+#include <optional>
+#include <thread>
 
 namespace orvane::test {
 namespace {
@@ -65,6 +68,82 @@ TEST_F(StartUpTest, ARegisteredServiceIsListenedTo) {
     expectShown(sender, "second");
     sender.send(EngineMessageType::end, "0");
     EXPECT_EQ(loop.wait(), 0);
+}
+
+/// The receiving loop of a run whose main thread stands still from the fatal alert on.
+class HeldRunTest : public StartUpTest {
+protected:
+    HeldRunTest() {
+        startUp();
+        forgetStartUp();
+        loop.emplace(desktop.startUtilityItem());
+        sender.emplace(controller->machPortName);
+    }
+
+    void raiseFatalError() { sender->send(EngineMessageType::end, "broken"); }
+
+    void sendMany(EngineMessageType type) {
+        for (std::size_t number = 0; number < 2 * platform::kMostUpdatesWaiting; ++number) {
+            sender->send(type, std::to_string(number % 2));
+        }
+    }
+
+    void expectEnd(const std::string& code, int status) {
+        sender->send(EngineMessageType::end, code);
+        EXPECT_EQ(loop->wait(), status);
+    }
+
+    std::optional<EngineMessageSender> sender;
+    std::optional<BackgroundWork> loop;
+};
+
+TEST_F(HeldRunTest, AChangedCancelButtonKeepsNoEndFromBeingHeard) {
+    raiseFatalError();
+    sender->send(EngineMessageType::cancelButton, "0");
+    expectEnd("0", 0);
+}
+
+TEST_F(HeldRunTest, AFloodKeepsNoEndFromBeingHeard) {
+    raiseFatalError();
+    sendMany(EngineMessageType::step);
+    sendMany(EngineMessageType::cancelButton);
+    sendMany(static_cast<EngineMessageType>(7));
+    expectEnd("3", 2);
+    EXPECT_LE(desktop.waitingMainItems(), 3U) << "the alert, the step and the button";
+}
+
+TEST_F(HeldRunTest, MessagesThatChangeNothingWaitForNobody) {
+    sendMany(static_cast<EngineMessageType>(7));
+    expectEnd("0", 0);
+    EXPECT_EQ(desktop.waitingMainItems(), 0U);
+}
+
+TEST_F(HeldRunTest, ALoopThatWaitsForRoomGoesOnWhenAnotherThreadRaisesAFatalError) {
+    std::thread engine([this] { sendMany(EngineMessageType::step); });
+    while (desktop.waitingMainItems() < platform::kMostUpdatesWaiting) {
+        std::this_thread::yield();
+    }
+    controller->showFatalErrorAndQuit("broken");
+    engine.join();
+    expectEnd("0", 0);
+}
+
+TEST_F(StartUpTest, TheLoopGoesOnWhileConsentIsAsked) {
+    controller->awakeFromNib();
+    controller->viewDidLoad();
+    const std::size_t alreadyWaiting = desktop.waitingMainItems();
+    BackgroundWork loop = desktop.startUtilityItem();
+    desktop.answerNextAlert([&](const platform::Alert&) {
+        EngineMessageSender sender(controller->machPortName);
+        for (std::size_t number = 0; number < 2 * platform::kMostUpdatesWaiting; ++number) {
+            sender.send(EngineMessageType::step, std::to_string(number));
+        }
+        sender.send(EngineMessageType::end, "0");
+        EXPECT_EQ(loop.wait(), 0);
+        EXPECT_EQ(desktop.waitingMainItems(), alreadyWaiting + 1);
+        return platform::kAlertSecondButtonReturn;
+    });
+    prepare({"--uninstall"});
 }
 
 TEST_F(StartUpTest, WithoutAServiceTheRunGoesOnUnheard) {

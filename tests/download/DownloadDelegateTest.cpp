@@ -1,5 +1,6 @@
 #include "download/DownloadService.h"
 
+#include "platform/WindowUpdates.h"
 #include "tests/support/CaptureStandardOutput.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/TestDesktop.h"
@@ -90,6 +91,19 @@ TEST_F(DownloadDelegateTest, WithAnAnnouncedLengthOfZeroTheFractionIsInfiniteOrN
     ASSERT_EQ(fractions.size(), 2U);
     EXPECT_TRUE(std::isnan(fractions[0]));
     EXPECT_EQ(fractions[1], std::numeric_limits<double>::infinity());
+}
+
+TEST_F(DownloadDelegateTest, WhileAnAlertHoldsTheMainQueueOnlyTheLastProgressWaits) {
+    service->didReceiveResponse(transfer(), 10'000);
+    const platform::MainQueueHold hold;
+    for (int piece = 0; piece < 10'000; ++piece) {
+        service->didReceiveData(transfer(), bytesOf("1"));
+    }
+    service->didComplete(transfer(), std::nullopt);
+    EXPECT_EQ(desktop.waitingMainItems(), 2U);
+    desktop.drainMainQueue();
+    EXPECT_EQ(fractions, std::vector<double>{1.0});
+    ASSERT_EQ(results.size(), 1U);
 }
 
 TEST_F(DownloadDelegateTest, ProgressWaitsForTheMainQueue) {

@@ -132,28 +132,32 @@ def test_cancel_is_asked_and_obeyed_in_the_midst_of_a_flood(rehearsal):
     assert run.status() == 2
 
 
-def test_a_flood_behind_a_fatal_alert_waits_in_the_channel(rehearsal):
-    """Nothing is taken that could not be shown: the engine's sends wait instead."""
-    stalled = rehearsal.mark_of("stalled")
-    run = start_with_engine(rehearsal, speaker(f"""
-say(END, "Le disque est plein")
-channel.settimeout(0.3)
-try:
-    for number in range(100_000):
-        say(STEP, f"{{number}}" + " mots" * 800)
-except TimeoutError:
-    with open({str(stalled)!r}, "w") as mark:
-        mark.write(str(number))
-channel.settimeout(None)
-try:
-    say(STEP, "Le suivant")
-except ConnectionRefusedError:
-    sys.exit()
-"""))
+def behind_a_fatal_alert(rehearsal, *lines):
+    """A run whose engine plays the lines once its fatal message is on the screen."""
+    rehearsal.scenario("fatal Le disque est plein", rehearsal.gate("shown"), *lines, "wait-owner-gone")
+    rehearsal.vendor_with_engine()
+    run = rehearsal.start()
     run.window.await_alert("Le disque est plein")
-    rehearsal.await_mark("stalled")
-    eventually(stalled.read_text, "the number of messages that were taken")
-    assert int(stalled.read_text()) < 2000
+    before = run.peak_memory()
+    rehearsal.open_gate("shown")
+    return run, before
+
+
+@pytest.mark.parametrize("lines", [["cancel 0"], ["flood 600  fichiers"], ["raw 7 x"] * 600],
+                         ids=["cancel button", "600 steps", "600 messages of an ignored type"])
+@pytest.mark.parametrize("code, status", [(0, 0), (3, 2)])
+def test_an_end_is_obeyed_at_once_while_a_fatal_alert_is_open(rehearsal, lines, code, status):
+    run, _ = behind_a_fatal_alert(rehearsal, *lines, f"end {code}")
+    assert run.status() == status
+
+
+@pytest.mark.parametrize("count", [20_000, pytest.param(1_000_000, marks=pytest.mark.long)])
+def test_a_flood_while_a_fatal_alert_is_open_is_taken_in_bounded_memory(rehearsal, count):
+    run, before = behind_a_fatal_alert(rehearsal, f"flood {count} " + " mots" * 800, "cancel 0",
+                                       f"mark {rehearsal.mark_of('taken')}")
+    rehearsal.await_mark("taken")
+    if not rehearsal.is_sanitized:  # a sanitizer keeps what was freed
+        assert run.peak_memory() - before < 8 * MEBIBYTE
     rehearsal.acknowledge(run, "Le disque est plein")
 
 

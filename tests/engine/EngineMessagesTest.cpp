@@ -157,17 +157,28 @@ TEST_F(EngineMessagesTest, TheCrashReportIsSentWhileTheFatalAlertStands) {
     mayAnswer.open();
 }
 
+TEST_F(EngineMessagesTest, FurtherFatalMessagesAddNoAlertThatNobodyWillSee) {
+    receive(kEnd, "first");
+    receive(kEnd, "second");
+    EXPECT_EQ(desktop.waitingMainItems(), 1U);
+    EXPECT_EQ(server.requestLines(), (Lines{"POST /crashreport", "POST /crashreport"}));
+    expectFatalError("first");
+}
+
 TEST_F(EngineMessagesTest, TheTextOfType4IsTheErrorLineAsItStands) {
     EXPECT_EQ(effectsOf(kError, "Accès refusé"), Lines{"textError text \"Accès refusé\""});
     EXPECT_EQ(effectsOf(kError, "7"), Lines{"textError text \"7\""});
     EXPECT_EQ(effectsOf(kError, ""), Lines{"textError text \"\""});
 }
 
-TEST_F(EngineMessagesTest, Type6EnablesAndDisablesTheCancelButtonFromTheLoopItself) {
+TEST_F(EngineMessagesTest, Type6EnablesAndDisablesTheCancelButtonWithoutWaitingForTheMainThread) {
     EXPECT_EQ(receive(kCancelButton, "0"), std::nullopt);
+    EXPECT_EQ(receive(kStep, "between"), std::nullopt);
     EXPECT_EQ(receive(kCancelButton, "1"), std::nullopt);
-    EXPECT_EQ(journal(), (Lines{"cancelButton disabled", "cancelButton enabled"}));
-    EXPECT_EQ(desktop.waitingMainItems(), 0U);
+    EXPECT_EQ(journal(), Lines{});
+    desktop.drainMainQueue();
+    EXPECT_EQ(journal(),
+              (Lines{"cancelButton disabled", "textStep text \"between\"", "cancelButton enabled"}));
 }
 
 TEST_F(EngineMessagesTest, OtherStatesOfTheCancelButtonAreIgnored) {

@@ -24,10 +24,8 @@ public:
     void record(const std::string& effect) const {
         EXPECT_EQ(std::this_thread::get_id(), mainThread_)
             << name_ << " was changed outside the main thread: " << effect;
-        recordFromAnyThread(effect);
+        journal_->add(name_ + " " + effect);
     }
-
-    void recordFromAnyThread(const std::string& effect) const { journal_->add(name_ + " " + effect); }
 
 private:
     std::string name_;
@@ -39,7 +37,9 @@ class RecordingButton final : public platform::Button, Recorder {
 public:
     using Recorder::Recorder;
     void setTitle(const std::string& title) override { record("title \"" + title + "\""); }
-    void setEnabled(bool enabled) override { recordFromAnyThread(enabled ? "enabled" : "disabled"); }
+
+private:
+    void applyEnabled(bool enabled) override { record(enabled ? "enabled" : "disabled"); }
 };
 
 class RecordingTextField final : public platform::TextField, Recorder {
@@ -62,6 +62,7 @@ class RecordingWindow final : public platform::Window, Recorder {
 public:
     using Recorder::Recorder;
     void setMovableByWindowBackground(bool movable) override { record(movable ? "movable" : "not movable"); }
+    void displayIfNeeded() override { record("displayed"); }
     void orderOut() override { record("ordered out"); }
 };
 

@@ -301,6 +301,8 @@ void mainQueueAsync(std::function<void()> work) {
     }
 }
 
+bool isMainThread() { return requiredDesktop()->isMainThread(); }
+
 void utilityQueueAsync(std::function<void()> work) {
     requiredDesktop()->submitToUtilityQueue(std::move(work));
 }

@@ -99,6 +99,7 @@ TEST(TestDesktopTest, ControlsRecordEachCall) {
     controls.progressBar->setDoubleValue(-std::numeric_limits<double>::infinity());
     controls.textStep->setTextColor({.red = 0.0, .green = 95.0 / 255.0, .blue = 0.5, .alpha = 1.0});
     controls.cancelButton->setEnabled(false);
+    desktop.drainMainQueue();
     EXPECT_EQ(
         desktop.journal()->entries(),
         (std::vector<std::string>{"progressBar value -inf", "textStep color 0 0.37254901960784315 0.5 1",
