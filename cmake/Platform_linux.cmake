@@ -6,13 +6,14 @@ find_package(CLI11 REQUIRED)
 
 target_link_options(orvane_warnings INTERFACE -Wl,--gc-sections -Wl,-z,relro -Wl,-z,now)
 
-# The system half: network, processes, digests, the endpoint.
-add_library(orvane_system STATIC ${ORVANE_SYSTEM_LINUX_SOURCES})
-target_link_libraries(orvane_system PUBLIC orvane_core PRIVATE CURL::libcurl OpenSSL::SSL)
+set(ORVANE_SYSTEM_SOURCES ${ORVANE_SYSTEM_LINUX_SOURCES})
+set(ORVANE_SENDER_SOURCES ${ORVANE_ENGINE_SENDER_SOURCES} ${ORVANE_ENGINE_SENDER_LINUX_SOURCES})
+include(cmake/Folders.cmake)
+target_link_libraries(orvane_platform PRIVATE CURL::libcurl OpenSSL::SSL)
 
 # Whose certificates are believed: the product takes the system's, a rehearsal brings its own.
 add_library(orvane_system_authorities STATIC src/platform/TrustedAuthorities_linux.cpp)
-target_link_libraries(orvane_system_authorities PUBLIC orvane_core)
+target_link_libraries(orvane_system_authorities PUBLIC orvane::platform)
 
 if(ORVANE_FUZZING)
     add_subdirectory(tests/fuzz)
@@ -25,13 +26,13 @@ pkg_check_modules(LIBSYSTEMD REQUIRED IMPORTED_TARGET libsystemd)
 
 # The desktop half: window, alert, main queue, the end of the process.
 add_library(orvane_desktop STATIC ${ORVANE_DESKTOP_LINUX_SOURCES})
-target_link_libraries(orvane_desktop PUBLIC orvane_core PRIVATE Qt6::Widgets PkgConfig::LIBSYSTEMD)
+add_library(orvane::desktop ALIAS orvane_desktop)
+target_link_libraries(orvane_desktop PUBLIC orvane::platform PRIVATE Qt6::Widgets PkgConfig::LIBSYSTEMD)
 list(TRANSFORM ORVANE_WINDOW_ICONS PREPEND packaging/icons/hicolor/)
 qt_add_resources(orvane_desktop window_icons PREFIX /icons BASE packaging/icons/hicolor FILES ${ORVANE_WINDOW_ICONS})
 
 add_executable(OrvaneBootstrap src/app/main.cpp)
-target_link_libraries(OrvaneBootstrap PRIVATE
-    orvane_core orvane_system orvane_system_authorities orvane_desktop)
+target_link_libraries(OrvaneBootstrap PRIVATE ${ORVANE_PROGRAM} orvane_system_authorities orvane::desktop)
 include(cmake/Packaging.cmake)
 
 add_subdirectory(demo)

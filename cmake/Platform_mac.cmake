@@ -7,16 +7,19 @@ set(CMAKE_OBJCXX_EXTENSIONS OFF)
 
 target_link_options(orvane_warnings INTERFACE -Wl,-dead_strip)
 
-add_library(orvane_system STATIC ${ORVANE_SYSTEM_MAC_SOURCES})
-target_compile_options(orvane_system PRIVATE $<$<COMPILE_LANGUAGE:OBJCXX>:-fobjc-arc>)
-target_link_libraries(orvane_system PUBLIC orvane_core "-framework Foundation" "-framework CoreFoundation" objc)
+set(ORVANE_SYSTEM_SOURCES ${ORVANE_SYSTEM_MAC_SOURCES})
+set(ORVANE_SENDER_SOURCES ${ORVANE_ENGINE_SENDER_SOURCES} ${ORVANE_ENGINE_SENDER_MAC_SOURCES})
+include(cmake/Folders.cmake)
+target_compile_options(orvane_platform PRIVATE $<$<COMPILE_LANGUAGE:OBJCXX>:-fobjc-arc>)
+target_link_libraries(orvane_platform PUBLIC "-framework Foundation" "-framework CoreFoundation" objc)
 
 add_library(orvane_desktop STATIC ${ORVANE_DESKTOP_MAC_SOURCES})
 target_compile_options(orvane_desktop PRIVATE $<$<COMPILE_LANGUAGE:OBJCXX>:-fobjc-arc>)
-target_link_libraries(orvane_desktop PUBLIC orvane_core "-framework AppKit")
+add_library(orvane::desktop ALIAS orvane_desktop)
+target_link_libraries(orvane_desktop PUBLIC orvane::platform "-framework AppKit")
 
 configure_file(packaging/macos/Info.plist.in generated/Info.plist @ONLY)
 add_executable(OrvaneBootstrap MACOSX_BUNDLE src/app/main.cpp)
 set_target_properties(OrvaneBootstrap PROPERTIES
     MACOSX_BUNDLE_INFO_PLIST "${CMAKE_BINARY_DIR}/generated/Info.plist")
-target_link_libraries(OrvaneBootstrap PRIVATE orvane_core orvane_system orvane_desktop)
+target_link_libraries(OrvaneBootstrap PRIVATE ${ORVANE_PROGRAM} orvane::desktop)

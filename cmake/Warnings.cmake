@@ -1,8 +1,9 @@
-# Warnings are errors, for GCC and Clang alike; every target takes them from here. Position independent code and
-# the rest of the hardening flags are those that Debian builds its own packages with.
+# The warnings and the hardening that every target takes, for GCC and Clang alike; the presets turn warnings into errors.
+# Position independent code and the rest of the hardening flags are those that Debian builds its own packages with.
 add_library(orvane_warnings INTERFACE)
+add_library(orvane::warnings ALIAS orvane_warnings)
 target_compile_options(orvane_warnings INTERFACE
-    -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wold-style-cast -Werror
+    -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wold-style-cast
     -fstack-protector-strong)
 target_compile_definitions(orvane_warnings INTERFACE $<$<CONFIG:Release>:_FORTIFY_SOURCE=2>)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)

@@ -1,16 +1,12 @@
 #!/usr/bin/env python3
-"""Which file may know which: no question about the operating system, foreign headers only in the twins, includes one
-way and without cycles, and no file too long to be read in one sitting."""
+"""No question about the operating system, foreign headers only in the twins, and no file too long to be read in one
+sitting. Which folder may include which is the build's to say (cmake/Folders.cmake)."""
 
 import re
 import sys
-from collections import defaultdict
 from pathlib import Path
 
 from sources import project_files, report, text_of
-
-# A folder may include itself and the tiers below it.
-TIER = {"config": 0, "platform": 1, "log": 2, "model": 2, "download": 3, "engine": 3, "verify": 3, "app": 4}
 
 LONGEST = {".h": 150, ".cpp": 400, ".mm": 400}
 
@@ -52,56 +48,20 @@ def foreign_headers(path, includes):
         for library, pattern in FOREIGN.items():
             if library not in allowed and pattern.search(header):
                 yield f"{path}: includes <{header}> of {library}, which only a _mac or _linux file may"
-
-
-def upward_includes(path, includes):
-    tier = TIER.get(path.parts[1]) if path.parts[0] == "src" else None
-    if tier is None:
-        return
-    for header in includes:
-        target = Path(header)
-        if len(target.parts) < 2:
-            continue
-        folder = target.parts[0]
-        if folder in ("bench", "demo", "tests", "tools"):
-            yield f"{path}: includes {header}, which is no part of the program"
-        elif folder != path.parts[1] and TIER.get(folder, -1) >= tier:
-            yield f"{path}: includes {header}, which does not lie below it"
-        if folder in TIER and TWIN.search(target.stem) and not TWIN.search(path.stem):
+        if path.parts[0] == "src" and TWIN.search(Path(header).stem):
             yield f"{path}: includes {header}, which only a twin may"
 
 
-def cycles(graph):
-    done, trail = set(), []
-
-    def visit(node):
-        if node in trail:
-            yield " -> ".join([*trail[trail.index(node):], node])
-        elif node not in done:
-            trail.append(node)
-            for target in graph[node]:
-                yield from visit(target)
-            trail.pop()
-            done.add(node)
-
-    for node in sorted(graph):
-        yield from (f"includes go in a circle: {cycle}" for cycle in visit(node))
-
-
 def main():
-    findings, graph = [], defaultdict(list)
+    findings = []
     files = project_files("*.h", "*.cpp", "*.mm")
     for path in files:
         text = text_of(path)
-        includes = INCLUDE.findall(text)
-        graph[str(path)] = [str(place) for header in includes for place in (Path(header), "src" / Path(header)) if place in files]
         findings += system_conditions(path, text)
-        findings += foreign_headers(path, includes)
-        findings += upward_includes(path, includes)
+        findings += foreign_headers(path, INCLUDE.findall(text))
         if (lines := len(text.splitlines())) > LONGEST[path.suffix]:
             findings.append(f"{path}: has {lines} lines, more than {LONGEST[path.suffix]}")
-    findings += cycles(graph)
-    return report("layering", findings, f"{len(files)} files include one way and ask for no operating system")
+    return report("layering", findings, f"{len(files)} files ask for no operating system and include no foreign header")
 
 
 if __name__ == "__main__":
