@@ -39,12 +39,17 @@ set(ORVANE_PORTABLE_SOURCES
 
 # Facilities that POSIX answers alike on both platforms.
 set(ORVANE_POSIX_SOURCES
-    src/platform/Files_posix.cpp)
+    src/platform/Descriptor_posix.cpp
+    src/platform/Files_posix.cpp
+    src/platform/OwnedFile_posix.cpp
+    src/platform/ProcessStart_posix.cpp
+    src/platform/StandardOutput_posix.cpp)
 
 set(ORVANE_SYSTEM_LINUX_SOURCES
     src/platform/Bundle_linux.cpp
     src/platform/Digest_linux.cpp
     src/platform/Error_linux.cpp
+    src/platform/IgnoredSignal_linux.cpp
     src/platform/Locale_linux.cpp
     src/platform/MessagePort_linux.cpp
     src/platform/OpenSsl_linux.cpp
@@ -79,6 +84,7 @@ set(ORVANE_SYSTEM_MAC_SOURCES
     src/platform/Digest_mac.cpp
     src/platform/Error_mac.mm
     src/platform/Foundation_mac.mm
+    src/platform/IgnoredSignal_mac.cpp
     src/platform/Locale_mac.mm
     src/platform/MessagePort_mac.cpp
     src/platform/ProcessInfo_mac.mm
@@ -111,12 +117,14 @@ set(ORVANE_CONFORMANCE_SOURCES
     tests/platform/MessagePortFixture.cpp
     tests/platform/MessagePortHammerTest.cpp
     tests/platform/MessagePortTest.cpp
+    tests/platform/OwnedFileTest.cpp
     tests/platform/ProcessFixture.cpp
     tests/platform/ProcessHammerTest.cpp
     tests/platform/ProcessInfoTest.cpp
     tests/platform/ProcessTest.cpp
     tests/platform/RecordingDelegate.cpp
     tests/platform/SharedFieldTest.cpp
+    tests/platform/StandardOutputTest.cpp
     tests/platform/UrlSessionControlTest.cpp
     tests/platform/UrlSessionFaultsTest.cpp
     tests/platform/UrlSessionFixture.cpp

@@ -1,6 +1,7 @@
 #include "app/RunApplication.h"
 #include "demo/RehearsalAuthorities.h"
 #include "demo/RehearsalDeployment.h"
+#include "platform/ProcessStart.h"
 
 #include <cstdlib>
 #include <iostream>
@@ -14,6 +15,7 @@ constexpr int kBadRehearsalStatus = 65;
 
 /// The product in every respect but one: where its files lie and whom it talks to is read from a folder.
 int main(int argumentCount, char** arguments) {
+    orvane::platform::prepareProcess();
     const char* folder = std::getenv("ORVANE_REHEARSAL");
     if (folder == nullptr || *folder == '\0') {
         std::cerr << "OrvaneBootstrapRehearsal: ORVANE_REHEARSAL must name the rehearsal's folder\n";

@@ -22,7 +22,8 @@ PAGE_ROW = re.compile(r"^\| `([-+]\[\w+ [^`]+\])` \| ([^|]+) \| ([0-9.]+) \|$", 
 
 # Names that the newer headers give to plain types.
 TYPEDEFS = {"NSErrorDomain": "NSString*", "NSModalResponse": "NSInteger", "NSEventModifierFlags": "NSUInteger",
-            "NSWindowStyleMask": "NSUInteger", "GSBlockOperationBlock": "void(^)()"}
+            "NSWindowStyleMask": "NSUInteger", "GSBlockOperationBlock": "void(^)()",
+            "GSDataDeallocatorBlock": "void(^)(void*bytes,NSUIntegerlength)"}
 
 
 def gnustep_declarations():

@@ -1,9 +1,9 @@
 #include "app/AppDelegate.h"
 
 #include "platform/Alert.h"
+#include "platform/StandardOutput.h"
 
-#include <cinttypes>
-#include <cstdio>
+#include <string>
 
 namespace orvane {
 
@@ -11,7 +11,7 @@ platform::TerminateReply AppDelegate::applicationShouldTerminate() {
     const platform::Alert question{.messageText = "Voulez-vous quitter l'installation?",
                                    .buttonTitles = {"NO", "YES"}};
     const std::int64_t returnCode = question.runModal();
-    std::printf("returnCode:  %" PRId64 "\n", returnCode);
+    platform::printLine("returnCode:  " + std::to_string(returnCode));
     return returnCode == platform::kAlertFirstButtonReturn ? platform::TerminateReply::cancel
                                                            : platform::TerminateReply::now;
 }

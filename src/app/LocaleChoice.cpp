@@ -16,7 +16,7 @@ std::string primaryLanguage(std::string tag) {
     if (tag.find('-') != std::string::npos) {
         const std::size_t start = tag.find_first_not_of('-');
         if (start == std::string::npos) {
-            programmingError("a language tag consists of hyphens only");
+            invalidInput("a language tag consists of hyphens only");
         }
         tag = tag.substr(start, tag.find('-', start) - start);
     }

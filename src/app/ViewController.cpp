@@ -43,7 +43,7 @@ void receiveEngineMessages(const std::weak_ptr<ViewController>& weakController) 
         // The sender may have left no terminating NUL.
         const std::string text(buffer.data(), strnlen(buffer.data(), buffer.size()));
         if (!isValidUtf8(text)) {
-            programmingError("an engine message is not valid UTF-8");
+            invalidInput("an engine message is not valid UTF-8");
         }
         controller->onCopyData(msgType, text);
         platform::waitForRoom();
@@ -108,8 +108,8 @@ void ViewController::viewWillAppear() {
     orvaneArguments.store(std::move(arguments));
 
     const auto runLogger = std::make_shared<Logger>(deployment_);
-    runLogger->OpenProgramLog(deployment_.logRoot / (uninstall ? "Uninstallations" : "Installations"));
     logger.store(runLogger);
+    runLogger->OpenProgramLog(deployment_.logRoot / (uninstall ? "Uninstallations" : "Installations"));
 
     initializeLocale();
     if (uninstall) {

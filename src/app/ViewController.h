@@ -125,7 +125,7 @@ public:
     SharedField<std::string> localeName{"fr-CH"};                        ///< `initializeLocale`
     std::atomic<std::int64_t> languageOffset = language::kFrench;        ///< `initializeLocale`
     SharedField<std::shared_ptr<const LocalizedTexts>> localizedTexts;   ///< `initializeLocale`
-    SharedField<std::shared_ptr<Logger>> logger; ///< `viewWillAppear`, with its log open
+    SharedField<std::shared_ptr<Logger>> logger; ///< `viewWillAppear`, before its log is opened
 
 private:
     void applyStyle();

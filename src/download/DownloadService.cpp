@@ -1,6 +1,8 @@
 #include "download/DownloadService.h"
 
+#include "platform/Files.h"
 #include "platform/Queue.h"
+#include "platform/StandardOutput.h"
 #include "platform/WindowUpdates.h"
 
 #include <algorithm>
@@ -11,6 +13,14 @@ namespace orvane {
 namespace {
 
 constexpr char kErrorDomain[] = "OrvaneBootstrap.DownloadError";
+
+std::FILE* openTarget(const std::filesystem::path& targetFile) {
+    try {
+        return platform::openForDownload(targetFile);
+    } catch (const platform::Error&) {
+        throw DownloadError::targetFileError("Could not open target file");
+    }
+}
 
 } // namespace
 
@@ -24,7 +34,7 @@ GenericDownloadTask::GenericDownloadTask(std::shared_ptr<platform::UrlSessionDat
     : task(std::move(dataTask)), targetFileHandle(openTargetFile) {}
 
 GenericDownloadTask::~GenericDownloadTask() {
-    std::printf("Deinit: %s\n", task->originalRequestUrl().value_or("").c_str());
+    platform::printLine("Deinit: " + task->originalRequestUrl().value_or(""));
 }
 
 DownloadService& DownloadService::shared() {
@@ -44,11 +54,7 @@ std::shared_ptr<DownloadService> DownloadService::create() {
 std::shared_ptr<DownloadTask> DownloadService::download(const platform::UrlRequest& request,
                                                         const std::filesystem::path& targetFileURL) {
     auto dataTask = session_->dataTask(request);
-    // "e": an engine that is started meanwhile does not inherit the file.
-    std::FILE* const targetFile = std::fopen(targetFileURL.c_str(), "wbe");
-    if (targetFile == nullptr) {
-        throw DownloadError::targetFileError("Could not open target file");
-    }
+    std::FILE* const targetFile = openTarget(targetFileURL);
     // A piece is large enough to be handed to the system at once; the stream would cut it in two.
     std::setvbuf(targetFile, nullptr, _IONBF, 0);
     auto task = std::make_shared<GenericDownloadTask>(std::move(dataTask), targetFile);

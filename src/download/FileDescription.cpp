@@ -19,7 +19,7 @@ std::optional<FileDownloadInfo> fetchFileDescription(const std::string& url, std
     if (logger) {
         const std::string_view body = textOf(*outcome.body);
         if (!isValidUtf8(body)) {
-            programmingError("the file description is not valid UTF-8");
+            invalidInputNotLogged("the file description is not valid UTF-8");
         }
         logger->WriteProgramLog("Orvane download info is " + std::string(body));
     }

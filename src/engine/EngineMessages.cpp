@@ -60,7 +60,7 @@ void setCancelButtonState(std::optional<std::int64_t> state, EngineMessagesHost&
 void restartAtStep(const std::string& stepAndQuestion, EngineMessagesHost& host) {
     const Presentation& presentation = host.presentation();
     if (stepAndQuestion.size() < kStepDigits) {
-        programmingError("a restart question is shorter than its step number");
+        invalidInput("a restart question is shorter than its step number");
     }
     const platform::Alert question{.messageText = stepAndQuestion.substr(kStepDigits),
                                    .buttonTitles = {presentation.loadTranslatedString(text::kYes),
@@ -70,7 +70,7 @@ void restartAtStep(const std::string& stepAndQuestion, EngineMessagesHost& host)
     }
     const auto step = messageNumber(std::string_view(stepAndQuestion).substr(0, kStepDigits));
     if (!step) {
-        programmingError("a restart question does not begin with a step number");
+        invalidInput("a restart question does not begin with a step number");
     }
     host.setLastOrvaneStep(*step);
     host.interruptOrvane();

@@ -11,7 +11,7 @@ std::filesystem::path DescribedEngine::downloadLocation() const {
     }
     const std::string encrypted = location.string() + encryptedFileSuffix(info.EncryptionAlgorithm);
     if (!parsesAsUrl(encrypted)) {
-        programmingError("the enciphered engine's location is not a URL: " + encrypted);
+        invalidInput("the enciphered engine's location is not a URL: " + encrypted);
     }
     return encrypted;
 }
@@ -19,7 +19,7 @@ std::filesystem::path DescribedEngine::downloadLocation() const {
 std::string DescribedEngine::downloadUrl() const {
     std::string url = isEncrypted ? info.URL + encryptedFileSuffix(info.EncryptionAlgorithm) : info.URL;
     if (!parsesAsUrl(url)) {
-        programmingError("the engine's address is not a URL: " + url);
+        invalidInput("the engine's address is not a URL: " + url);
     }
     return url;
 }

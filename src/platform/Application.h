@@ -71,8 +71,8 @@ std::vector<std::string> processArguments();
 /// Main thread.
 void activateIgnoringOtherApps(bool ignoringOtherApps);
 
-/// Ends the process at once with `status`: standard output is flushed, no destructor runs that could race a
-/// running thread. Any thread.
+/// Ends the process at once with `status`: nothing is waited for, not even a reader of standard output, and
+/// no destructor runs that could race a running thread. Any thread.
 [[noreturn]] void endProcess(int status);
 
 } // namespace orvane::platform

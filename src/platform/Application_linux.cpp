@@ -12,7 +12,6 @@
 #include <unistd.h>
 
 #include <array>
-#include <cstdio>
 #include <exception>
 
 namespace orvane::platform {
@@ -125,7 +124,7 @@ void activateIgnoringOtherApps(bool ignoringOtherApps) {
 }
 
 void endProcess(int status) {
-    std::fflush(stdout);
+    // Every printed line is with the system already; see printLine.
     _exit(status);
 }
 

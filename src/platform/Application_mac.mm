@@ -6,7 +6,6 @@
 
 #import <AppKit/AppKit.h>
 
-#include <cstdio>
 #include <dispatch/dispatch.h>
 #include <unistd.h>
 #include <utility>
@@ -141,7 +140,7 @@ void activateIgnoringOtherApps(bool ignoringOtherApps) {
 }
 
 void endProcess(int status) {
-    std::fflush(stdout);
+    // Every printed line is with the system already; see printLine.
     _exit(status);
 }
 

@@ -56,14 +56,14 @@ private:
 
 } // namespace
 
-RequestOutcome performRequest(const UrlRequest& request, std::chrono::milliseconds waitLimit) {
+RequestOutcome performRequest(UrlRequest request, std::chrono::milliseconds waitLimit) {
     if (!parsesAsUrl(request.url)) {
         programmingError("a request's address is not a URL: " + request.url);
     }
     const auto collector = std::make_shared<OutcomeCollector>();
     const auto session = UrlSession::create(
         {.requestCachePolicy = CachePolicy::reloadIgnoringLocalCacheData, .urlCache = false}, collector);
-    session->dataTask(request)->resume();
+    session->dataTask(std::move(request))->resume();
     if (!collector->waitFor(waitLimit)) {
         return {.body = std::nullopt, .error = Error("", 408, "Request timeout")};
     }

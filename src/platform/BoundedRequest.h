@@ -22,6 +22,6 @@ struct RequestOutcome {
 /// not cancelled, and whatever it still brings is dropped. HTTP status and headers are not looked at. A body
 /// of more than 64 MiB is refused with an error. An address that is not a URL is a programming error. Any
 /// thread but one that must not block.
-RequestOutcome performRequest(const UrlRequest& request, std::chrono::milliseconds waitLimit);
+RequestOutcome performRequest(UrlRequest request, std::chrono::milliseconds waitLimit);
 
 } // namespace orvane::platform

@@ -1,6 +1,8 @@
 #include "platform/Files.h"
 
+#include "platform/Descriptor_posix.h"
 #include "platform/Error.h"
+#include "platform/OwnedFile_posix.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -17,44 +19,6 @@ namespace orvane::platform {
 namespace {
 
 constexpr std::size_t kPiece = std::size_t{1} << 20;
-
-/// Above some 2 GiB a single read or write is refused or cut short, depending on the platform.
-constexpr std::size_t kLargestTransfer = std::size_t{1} << 30;
-
-constexpr mode_t kNewFilePermissions = 0666; // less what the user's umask takes away
-
-int openFile(const std::filesystem::path& path, int flags) {
-    for (;;) {
-        const int descriptor = ::open(path.c_str(), flags | O_CLOEXEC, kNewFilePermissions);
-        if (descriptor >= 0) {
-            return descriptor;
-        }
-        if (errno != EINTR) {
-            throw posixError(errno, path.string());
-        }
-    }
-}
-
-void writeAll(int descriptor, ByteView data, const std::filesystem::path& path) {
-    while (!data.empty()) {
-        const ssize_t written = ::write(descriptor, data.data(), std::min(data.size(), kLargestTransfer));
-        if (written >= 0) {
-            data = data.subspan(static_cast<std::size_t>(written));
-        } else if (errno != EINTR) {
-            throw posixError(errno, path.string());
-        }
-    }
-}
-
-/// What lies between the current position and the end; 0 where nobody can tell, such as for a pipe.
-std::uint64_t bytesAhead(int descriptor) {
-    struct stat status {};
-    const off_t position = ::lseek(descriptor, 0, SEEK_CUR);
-    if (position < 0 || ::fstat(descriptor, &status) != 0 || status.st_size <= position) {
-        return 0;
-    }
-    return static_cast<std::uint64_t>(status.st_size - position);
-}
 
 } // namespace
 
@@ -81,21 +45,18 @@ void createDirectoryWithIntermediates(const std::filesystem::path& path) {
     }
 }
 
-void removeFile(const std::filesystem::path& path) {
-    if (::unlink(path.c_str()) != 0) {
-        throw posixError(errno, path.string());
+void removeItem(const std::filesystem::path& path) {
+    std::error_code failure;
+    std::filesystem::remove_all(path, failure);
+    if (failure) {
+        throw posixError(failure.value(), path.string());
     }
 }
 
 void writeNewFile(const std::filesystem::path& path, ByteView contents) {
-    const int descriptor = openFile(path, O_WRONLY | O_CREAT | O_EXCL);
-    try {
-        writeAll(descriptor, contents, path);
-    } catch (...) {
-        ::close(descriptor);
-        throw;
-    }
-    if (::close(descriptor) != 0 && errno != EINTR) {
+    Descriptor file = openDescriptor(path, O_WRONLY | O_CREAT | O_EXCL);
+    writeAll(file.number(), contents, path);
+    if (::close(file.release()) != 0 && errno != EINTR) {
         throw posixError(errno, path.string());
     }
 }
@@ -104,7 +65,7 @@ FileHandle::FileHandle(int descriptor, std::filesystem::path path)
     : descriptor_(descriptor), path_(std::move(path)) {}
 
 FileHandle FileHandle::forReading(const std::filesystem::path& path) {
-    FileHandle handle(openFile(path, O_RDONLY), path);
+    FileHandle handle(openDescriptor(path, O_RDONLY).release(), path);
     struct stat status {};
     if (::fstat(handle.descriptor_, &status) != 0) {
         throw posixError(errno, path.string());
@@ -116,15 +77,25 @@ FileHandle FileHandle::forReading(const std::filesystem::path& path) {
 }
 
 FileHandle FileHandle::forWriting(const std::filesystem::path& path) {
-    return {openFile(path, O_WRONLY), path};
+    return {openOwnedFile(path, 0, OldContents::kept).release(), path};
 }
 
 FileHandle FileHandle::forWritingNew(const std::filesystem::path& path) {
-    return {openFile(path, O_WRONLY | O_CREAT | O_EXCL), path};
+    return {openDescriptor(path, O_WRONLY | O_CREAT | O_EXCL).release(), path};
 }
 
 FileHandle FileHandle::forAppending(const std::filesystem::path& path) {
-    return {openFile(path, O_WRONLY | O_APPEND), path};
+    return {openDescriptor(path, O_WRONLY | O_APPEND | O_CREAT | O_NOFOLLOW).release(), path};
+}
+
+std::FILE* openForDownload(const std::filesystem::path& path) {
+    Descriptor descriptor = openOwnedFile(path, O_CREAT, OldContents::dropped);
+    std::FILE* const file = ::fdopen(descriptor.number(), "wb");
+    if (file == nullptr) {
+        throw posixError(errno, path.string());
+    }
+    descriptor.release();
+    return file;
 }
 
 FileHandle::FileHandle(FileHandle&& other) noexcept
@@ -155,10 +126,27 @@ std::size_t FileHandle::read(std::span<std::byte> buffer) const {
     }
 }
 
+std::size_t FileHandle::readFully(std::span<std::byte> buffer) const {
+    std::size_t filled = 0;
+    while (const std::size_t count = read(buffer.subspan(filled))) {
+        filled += count;
+    }
+    return filled;
+}
+
+std::uint64_t FileHandle::remainingSize() const {
+    struct stat status {};
+    const off_t position = ::lseek(descriptor_, 0, SEEK_CUR);
+    if (position < 0 || ::fstat(descriptor_, &status) != 0 || status.st_size <= position) {
+        return 0;
+    }
+    return static_cast<std::uint64_t>(status.st_size - position);
+}
+
 Bytes FileHandle::readUpToCount(std::uint64_t count) const {
     try {
         Bytes contents;
-        contents.reserve(std::min(count, bytesAhead(descriptor_) + kPiece));
+        contents.reserve(std::min(count, remainingSize() + kPiece));
         while (contents.size() < count) {
             const std::size_t filled = contents.size();
             contents.resize(filled + std::min<std::uint64_t>(kPiece, count - filled));

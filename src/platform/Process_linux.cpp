@@ -1,5 +1,6 @@
 #include "platform/Process.h"
 
+#include "platform/Descriptor_posix.h"
 #include "platform/Error.h"
 #include "platform/ProgrammingError.h"
 
@@ -23,29 +24,6 @@ namespace orvane::platform {
 namespace {
 
 constexpr std::size_t kPiece = std::size_t{64} << 10;
-
-/// A descriptor that is closed with the object.
-class Descriptor {
-public:
-    Descriptor() = default;
-    explicit Descriptor(int number) : number_(number) {}
-    Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
-    Descriptor& operator=(Descriptor&& other) noexcept {
-        std::swap(number_, other.number_);
-        return *this;
-    }
-    ~Descriptor() {
-        if (number_ >= 0) {
-            ::close(number_);
-        }
-    }
-
-    int number() const { return number_; }
-    bool isOpen() const { return number_ >= 0; }
-
-private:
-    int number_ = -1;
-};
 
 void demand(int failure, const std::string& subject) {
     if (failure != 0) {

@@ -164,7 +164,7 @@ void utilityQueueAsync(std::function<void()> work) {
     try {
         std::thread([work = std::move(work)] { runGuarded(work); }).detach();
     } catch (const std::system_error& error) {
-        programmingError(std::string("no background thread can be started: ") + error.what());
+        unexpectedError(std::string("no background thread can be started: ") + error.what());
     }
 }
 

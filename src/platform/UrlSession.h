@@ -76,8 +76,8 @@ public:
 
     virtual ~UrlSession() = default;
 
-    /// A new task, not yet started. Any thread.
-    virtual std::shared_ptr<UrlSessionDataTask> dataTask(const UrlRequest& request) = 0;
+    /// A new task, not yet started. It keeps the request's body without a copy. Any thread.
+    virtual std::shared_ptr<UrlSessionDataTask> dataTask(UrlRequest request) = 0;
 };
 
 } // namespace orvane::platform

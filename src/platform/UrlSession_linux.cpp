@@ -33,8 +33,8 @@ public:
     LinuxUrlSession(const LinuxUrlSession&) = delete;
     LinuxUrlSession& operator=(const LinuxUrlSession&) = delete;
 
-    std::shared_ptr<UrlSessionDataTask> dataTask(const UrlRequest& request) override {
-        return std::make_shared<UrlDataTask>(request, worker_);
+    std::shared_ptr<UrlSessionDataTask> dataTask(UrlRequest request) override {
+        return std::make_shared<UrlDataTask>(std::move(request), worker_);
     }
 
 private:

@@ -96,7 +96,17 @@ NSURLRequestCachePolicy toNSCachePolicy(CachePolicy policy) {
                                                                : NSURLRequestUseProtocolCachePolicy;
 }
 
-NSURLRequest* toNSURLRequest(const UrlRequest& request) {
+/// The bytes are moved, not copied: a crash report may be large.
+NSData* toNSData(std::string bytes) {
+    auto* const owned = new std::string(std::move(bytes));
+    return [[NSData alloc] initWithBytesNoCopy:owned->data()
+                                        length:owned->size()
+                                   deallocator:^(void*, NSUInteger) {
+                                     delete owned;
+                                   }];
+}
+
+NSURLRequest* toNSURLRequest(UrlRequest request) {
     NSMutableURLRequest* const converted = [[NSMutableURLRequest alloc]
             initWithURL:[NSURL URLWithString:toNSString(request.url)]
             cachePolicy:toNSCachePolicy(request.cachePolicy)
@@ -106,7 +116,7 @@ NSURLRequest* toNSURLRequest(const UrlRequest& request) {
         [converted setValue:toNSString(value) forHTTPHeaderField:toNSString(field)];
     }
     if (!request.httpBody.empty()) {
-        converted.HTTPBody = [NSData dataWithBytes:request.httpBody.data() length:request.httpBody.size()];
+        converted.HTTPBody = toNSData(std::move(request.httpBody));
     }
     return converted;
 }
@@ -203,10 +213,10 @@ class MacUrlSession final : public UrlSession {
     MacUrlSession(const MacUrlSession&) = delete;
     MacUrlSession& operator=(const MacUrlSession&) = delete;
 
-    std::shared_ptr<UrlSessionDataTask> dataTask(const UrlRequest& request) override {
+    std::shared_ptr<UrlSessionDataTask> dataTask(UrlRequest request) override {
         @autoreleasepool {
-            return std::make_shared<MacDataTask>([session_ dataTaskWithRequest:toNSURLRequest(request)],
-                                                 runningTasks_);
+            return std::make_shared<MacDataTask>(
+                [session_ dataTaskWithRequest:toNSURLRequest(std::move(request))], runningTasks_);
         }
     }
 

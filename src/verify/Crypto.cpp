@@ -138,7 +138,7 @@ KeyForContent keyForContent(std::size_t contentSize, std::string_view hexaKey) {
         return {.code = kXorKeyNotHexadecimal};
     }
     if (key->empty() && contentSize > 0) {
-        programmingError("content cannot be deciphered with an empty key");
+        invalidInput("content cannot be deciphered with an empty key");
     }
     return {.bytes = std::move(*key)};
 }
@@ -153,8 +153,7 @@ auto surelyIf(bool isNew, Work work) {
         if (!isNew) {
             throw;
         }
-        programmingError("OrvaneBootstrap/crypto line 181: unexpected error: " +
-                         error.localizedDescription());
+        unexpectedError("OrvaneBootstrap/crypto line 181: " + error.localizedDescription());
     }
 }
 
@@ -180,11 +179,7 @@ private:
 std::span<std::byte> nextPiece(const platform::FileHandle& file, std::span<std::byte> buffer,
                                std::uint64_t left) {
     buffer = buffer.first(std::min<std::uint64_t>(buffer.size(), left));
-    std::size_t filled = 0;
-    while (const std::size_t count = file.read(buffer.subspan(filled))) {
-        filled += count;
-    }
-    return buffer.first(filled);
+    return buffer.first(file.readFully(buffer));
 }
 
 } // namespace

@@ -31,7 +31,7 @@ void launchVersionQuery(platform::Process& process) {
     try {
         process.launch();
     } catch (const platform::Error& error) {
-        programmingError("the engine could not be asked for its version: " + error.localizedDescription());
+        invalidInput("the engine could not be asked for its version: " + error.localizedDescription());
     }
 }
 

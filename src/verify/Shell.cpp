@@ -13,7 +13,7 @@ int Shell(const std::vector<std::string>& args) {
     try {
         process.launch();
     } catch (const platform::Error& error) {
-        programmingError("a command could not be started: " + error.localizedDescription());
+        unexpectedError("a command could not be started: " + error.localizedDescription());
     }
     return process.waitUntilExit();
 }

@@ -73,7 +73,7 @@ ComparisonResult compareVersions(std::string_view baseVersion, std::string_view 
 std::string majorVersion(std::string_view version) {
     const std::size_t start = version.find_first_not_of('.');
     if (start == std::string_view::npos) {
-        programmingError("a version has no first component: \"" + std::string(version) + "\"");
+        invalidInput("a version has no first component: \"" + std::string(version) + "\"");
     }
     const std::string_view rest = version.substr(start);
     return std::string(rest.substr(0, rest.find('.')));

@@ -65,7 +65,7 @@ TEST_F(LocaleChoiceTest, EmptyPartsOfATagAreDropped) {
     expectChoice("de-ch", 2000);
 }
 
-TEST_F(LocaleChoiceTest, ATagOfHyphensAloneIsAProgrammingError) { EXPECT_DEATH(chooseFor("--"), "hyphens"); }
+TEST_F(LocaleChoiceTest, ATagOfHyphensAloneIsInvalidInput) { EXPECT_DEATH(chooseFor("--"), "hyphens"); }
 
 TEST_F(LocaleChoiceTest, WithoutALogTheChoiceIsTheSame) {
     const EnvironmentVariable preferred("LANGUAGE", "de_CH");

@@ -7,10 +7,13 @@
 #include "tests/support/ControllerTest.h"
 
 #include <algorithm>
+#include <array>
 #include <cctype>
+#include <fcntl.h>
 #include <fstream>
 #include <optional>
 #include <thread>
+#include <unistd.h>
 
 namespace orvane::test {
 namespace {
@@ -161,13 +164,36 @@ TEST_F(StartUpTest, TheReceivingLoopDoesNotKeepTheControllerBeforeItRuns) {
     EXPECT_EQ(desktop.runUtilityItem(), std::nullopt);
 }
 
-TEST_F(StartUpTest, AMessageThatIsNotUtf8IsAProgrammingError) {
+TEST_F(StartUpTest, AMessageThatIsNotUtf8IsInvalidInput) {
     const auto receiveGarbage = [this] {
         startUp();
         EngineMessageSender(controller->machPortName).send(EngineMessageType::step, "\xC3\x28");
         desktop.runUtilityItem();
     };
-    EXPECT_DEATH(receiveGarbage(), "UTF-8");
+    EXPECT_DEATH(receiveGarbage(), "invalid input: an engine message is not valid UTF-8");
+}
+
+/// The line that says that the log cannot be opened is printed while it is being opened.
+TEST_F(StartUpTest, TheLoggerIsThereBeforeItsLogIsOpened) {
+    writeFile(deployment.values.logRoot, "a file in the way");
+    std::array<int, 2> ends{};
+    ASSERT_EQ(pipe2(ends.data(), O_CLOEXEC), 0);
+    const int standardOutput = fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 0);
+    ASSERT_EQ(dup2(ends[1], STDOUT_FILENO), STDOUT_FILENO);
+    std::thread reader([this, end = ends[0]] {
+        std::array<char, 1> character{};
+        EXPECT_EQ(read(end, character.data(), 1), 1);
+        EXPECT_EQ(character[0], 'E') << "of 'Error initializing logger'";
+        const auto runLogger = controller->logger.load();
+        ASSERT_NE(runLogger, nullptr);
+        EXPECT_EQ(runLogger->GetCurrentTimeString().size(), 19U);
+    });
+    controller->viewWillAppear();
+    reader.join();
+    dup2(standardOutput, STDOUT_FILENO);
+    for (const int end : {ends[0], ends[1], standardOutput}) {
+        close(end);
+    }
 }
 
 TEST_F(StartUpTest, WithOptionsTheOwnPathIsNotPassedOn) {

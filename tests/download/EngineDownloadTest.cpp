@@ -73,7 +73,7 @@ TEST_F(EngineDownloadTest, ThePathOfAPlainEngineNeedNotBeAUrl) {
     EXPECT_EQ(contentsOf(engine), kEngine);
 }
 
-TEST_F(EngineDownloadTest, ADescribedAddressThatIsNoUrlIsAProgrammingError) {
+TEST_F(EngineDownloadTest, ADescribedAddressThatIsNoUrlIsInvalidInput) {
     info.URL = "https://downloads.example/two words";
     describe();
     EXPECT_DEATH(start(), "the engine's address is not a URL: https://downloads.example/two words");

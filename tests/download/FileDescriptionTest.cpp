@@ -174,8 +174,8 @@ TEST_F(FileDescriptionTest, WithoutALogTheAnswersAreTheSame) {
     EXPECT_EQ(output.finish(), "");
 }
 
-TEST_F(FileDescriptionTest, ABodyThatIsNotUtf8IsAProgrammingErrorWhenItIsToBeLogged) {
-    EXPECT_DEATH(fetch("caf\xE9"), "programming error: the file description is not valid UTF-8");
+TEST_F(FileDescriptionTest, ABodyThatIsNotUtf8IsInvalidInputWhenItIsToBeLogged) {
+    EXPECT_DEATH(fetch("caf\xE9"), "invalid input: the file description is not valid UTF-8");
 }
 
 TEST_F(FileDescriptionTest, AnAddressThatIsNoUrlIsAProgrammingError) {

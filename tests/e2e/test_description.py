@@ -97,8 +97,7 @@ def test_a_description_that_is_not_utf8_stops_the_program_and_says_so(rehearsal)
     vendor = rehearsal.vendor()
     vendor.publish_file("downloadinstaller.json", b'{"URL": "\xff\xfe"}')
     run = rehearsal.start()
-    assert run.status() == -6
-    assert "the file description is not valid UTF-8" in run.errors()
+    assert run.abort_reason(logged=False) == "invalid input: the file description is not valid UTF-8"
 
 
 @pytest.mark.parametrize("flaw", ["wrong-host", "expired", "self-signed"])
@@ -131,8 +130,7 @@ def test_an_unsupported_cipher_ends_an_installation(rehearsal):
 def test_an_address_that_is_no_url_stops_the_program_and_says_so(rehearsal):
     rehearsal.vendor().publish(rehearsal.sample_engine, URL="https://localhost/a blank")
     run = rehearsal.start()
-    assert run.status() == -6
-    assert "the engine's address is not a URL: https://localhost/a blank" in run.errors()
+    assert run.abort_reason() == "invalid input: the engine's address is not a URL: https://localhost/a blank"
 
 
 def test_a_redirected_description_is_followed(rehearsal):

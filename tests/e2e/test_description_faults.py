@@ -13,7 +13,7 @@ UNABLE = "Unable to download orvane file description: "
 INFO = "Orvane download info is "
 TRYING_EXISTING = "Cannot download latest orvane, trying use existing orvane"
 MEBIBYTE = 1 << 20
-NOT_UTF8 = "the file description is not valid UTF-8"
+NOT_UTF8 = "invalid input: the file description is not valid UTF-8"
 PORTAL = "<!DOCTYPE html>\n<html><body>Bienvenue ! Acceptez les conditions pour continuer.</body></html>\n"
 TOO_LARGE = 'Optional(Error Domain=OrvaneBootstrap Code=413 "The answer is larger than 64 MiB")'
 
@@ -175,8 +175,7 @@ def test_a_description_that_is_not_utf8_in_any_way_stops_the_program(rehearsal, 
     vendor = rehearsal.vendor()
     describe(vendor, body)
     run = rehearsal.start()
-    assert run.status() == -6
-    assert NOT_UTF8 in run.errors()
+    assert run.abort_reason(logged=False) == NOT_UTF8
     assert vendor.requests() == [DESCRIPTION]
 
 

@@ -123,8 +123,7 @@ def test_no_engine_is_deciphered_to_where_a_dangling_link_leads(product):
     product.engine_path.parent.mkdir(parents=True)
     product.engine_path.symlink_to("nowhere")
     run = product.start()
-    assert run.status() == -6
-    assert "OrvaneBootstrap/crypto line 181" in run.errors()
+    assert run.abort_reason().startswith("unexpected error: OrvaneBootstrap/crypto line 181: ")
     assert not product.engine_path.with_name("nowhere").exists()
 
 
@@ -162,13 +161,28 @@ def test_a_link_in_a_logs_place_is_replaced_and_its_goal_left_alone(product, for
     assert goal.read_text() == "of somebody else"
 
 
-def test_a_dangling_link_in_a_logs_place_leaves_the_run_without_a_log(product, foreseen_log):
+def test_a_dangling_link_in_a_logs_place_is_replaced_and_creates_nothing(product, foreseen_log):
     product.scenario("end 0")
     product.install_engine()
     file, start = foreseen_log
     file.symlink_to("../goal")
     run = start()
     assert run.status() == 0
-    assert any(line.startswith("Error initializing logger: ") and line.endswith(": File exists (EEXIST)")
-               for line in run.output())
-    assert file.is_symlink() and not (product.log_root / "goal").exists()
+    assert not file.is_symlink() and run.log()[-1].startswith("Spawning orvane")
+    assert not (product.log_root / "goal").exists()
+
+
+def test_a_folder_in_a_logs_place_is_removed_with_its_contents_and_no_link_in_it_followed(product, foreseen_log):
+    product.scenario("end 0")
+    product.install_engine()
+    file, start = foreseen_log
+    (file / "deeper").mkdir(parents=True)
+    (file / "deeper/file").write_text("old")
+    kept = product.namespace.root / "opt/kept"
+    kept.mkdir()
+    (kept / "file").write_text("of somebody else")
+    (file / "deeper/link").symlink_to(kept)
+    run = start()
+    assert run.status() == 0
+    assert file.is_file() and run.log()[-1].startswith("Spawning orvane")
+    assert (kept / "file").read_text() == "of somebody else"

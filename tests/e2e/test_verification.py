@@ -138,8 +138,7 @@ def test_an_empty_key_stops_the_program_and_says_so(rehearsal):
     rehearsal.install_engine(shell_engine("echo 14.0", "exit 0"))
     publish_with_key(rehearsal, b"content", "", b"\x01")
     run = rehearsal.start()
-    assert run.status() == -6
-    assert "content cannot be deciphered with an empty key" in run.errors()
+    assert run.abort_reason() == "invalid input: content cannot be deciphered with an empty key"
 
 
 @pytest.mark.parametrize("size", [0, -1, -2**63])
@@ -245,6 +244,5 @@ def test_an_engine_that_dies_by_a_signal_has_reported_what_it_printed(rehearsal)
 
 def test_a_program_of_another_machine_cannot_be_asked_for_its_version(rehearsal):
     vendor, run = start_with_engine(rehearsal, program_of_another_machine(rehearsal.sample_engine))
-    assert run.status() == -6
-    assert "the engine could not be asked for its version: " in run.errors()
+    assert run.abort_reason().startswith("invalid input: the engine could not be asked for its version: ")
     assert vendor.requests() == [DESCRIPTION]

@@ -329,14 +329,14 @@ TEST_F(RestartQuestionTest, AnEngineThatCannotBeStartedAgainIsAFatalError) {
 TEST_F(RestartQuestionTest, ATextTooShortForAStepIsAProgrammingError) {
     for (const char* text : {"", "7"}) {
         EXPECT_DEATH(receive(kRestart, text),
-                     "programming error: a restart question is shorter than its step number");
+                     "invalid input: a restart question is shorter than its step number");
     }
 }
 
 TEST_F(RestartQuestionTest, AStepThatIsNoNumberIsAProgrammingErrorOnceItIsNeeded) {
     for (const char* text : {" 7?", "7x?", "x7?", "--?"}) {
         EXPECT_DEATH(ask(text, kAlertFirstButtonReturn),
-                     "programming error: a restart question does not begin with a step number");
+                     "invalid input: a restart question does not begin with a step number");
     }
     EXPECT_EQ(ask("7x?", kAlertSecondButtonReturn), 2);
 }

@@ -50,5 +50,19 @@ TEST(Base64Test, LongContentsHaveNoLineBreaks) {
     EXPECT_EQ(encoded(contents), expected);
 }
 
+TEST(Base64Test, PiecesOfWholeGroupsMakeOneText) {
+    std::string text = "before ";
+    appendBase64(text, bytesOf("foobar"));
+    appendBase64(text, {});
+    appendBase64(text, bytesOf("fooba"));
+    EXPECT_EQ(text, "before Zm9vYmFyZm9vYmE=");
+}
+
+TEST(Base64Test, TheLengthIsKnownBeforehand) {
+    for (std::size_t count = 0; count < 10; ++count) {
+        EXPECT_EQ(base64Length(count), encoded(std::string(count, 'x')).size());
+    }
+}
+
 } // namespace
 } // namespace orvane

@@ -87,7 +87,10 @@ TEST_F(CrashReportTest, AnEmptyLogGivesAnEmptyReport) {
 
 TEST_F(CrashReportTest, ALongLogIsPostedWholeAndWithoutLineBreaks) {
     open();
-    const std::string log(3'000'000, 'l');
+    std::string log;
+    while (log.size() < 3'000'000) {
+        log += std::to_string(log.size());
+    }
     writeFile(logFile(), log);
     EXPECT_EQ(printedWhileSending(), "");
     EXPECT_EQ(sentBody(), reportOf(log));
@@ -109,6 +112,13 @@ TEST_F(CrashReportTest, ALogThatWasNeverOpenedSendsAndPrintsNothing) {
     EXPECT_EQ(printedWhileSending(), "");
     writeFile(deployment.values.logRoot, "a file in the way");
     CaptureStandardOutput(), open();
+    EXPECT_EQ(printedWhileSending(), "");
+    EXPECT_EQ(server.connectionCount(), 0);
+}
+
+TEST_F(CrashReportTest, AClosedLogIsNotSent) {
+    open();
+    logger.CloseProgramLog();
     EXPECT_EQ(printedWhileSending(), "");
     EXPECT_EQ(server.connectionCount(), 0);
 }

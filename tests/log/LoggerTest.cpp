@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <csignal>
 #include <ctime>
 #include <fstream>
@@ -222,12 +223,90 @@ TEST_F(LoggerTest, AFolderThatCannotBeMadeIsPrintedAndTheLogGoesOnAsPrintsAlone)
     EXPECT_NE(logger.GetCurrentTimeString(), "") << "the engine is told the run's time all the same";
 }
 
-TEST_F(LoggerTest, AnOldFileThatCannotBeRemovedIsPrintedAndStays) {
-    forEachPossibleLogFile([](const auto& file) { std::filesystem::create_directories(file); });
+TEST_F(LoggerTest, AFolderOfTheSameSecondIsRemovedWithItsContents) {
+    const auto kept = deployment.values.logRoot / "kept";
+    writeFile(kept, "of another");
+    forEachPossibleLogFile([&kept](const auto& file) {
+        std::filesystem::create_directories(file);
+        std::filesystem::create_symlink(kept, file / "link");
+    });
+    open();
+    logger.WriteProgramLog("this run");
+    EXPECT_EQ(texts(), "this run\n");
+    EXPECT_EQ(contentsOf(kept), "of another");
+}
+
+TEST_F(LoggerTest, ALinkOfTheSameSecondIsReplacedWhereverItLeads) {
+    const auto kept = deployment.values.logRoot / "kept";
+    writeFile(kept, "of another");
+    for (const auto& goal : {kept, deployment.values.logRoot / "nothing"}) {
+        forEachPossibleLogFile([&goal](const auto& file) {
+            std::filesystem::create_directories(file.parent_path());
+            std::filesystem::remove(file);
+            std::filesystem::create_symlink(goal, file);
+        });
+        open();
+        logger.WriteProgramLog("this run");
+        EXPECT_EQ(texts(), "this run\n");
+    }
+    EXPECT_EQ(contentsOf(kept), "of another");
+    EXPECT_FALSE(std::filesystem::exists(deployment.values.logRoot / "nothing"));
+}
+
+TEST_F(LoggerTest, AFileThatCannotBeMadeIsPrintedAndTheLogGoesOnAsPrintsAlone) {
+    std::filesystem::create_directories(deployment.values.logRoot);
+    std::filesystem::create_symlink("/proc/self", logFolder);
     open();
     logger.WriteProgramLog("goes on");
-    EXPECT_EQ(output.finish(),
-              "Error initializing logger: " + logFile().string() + ": Is a directory (EISDIR)\ngoes on\n");
+    EXPECT_EQ(output.finish(), "Error initializing logger: " + logFile().string() +
+                                   ": No such file or directory (ENOENT)\ngoes on\n");
+}
+
+/// Whoever of them comes first, each must have its log.
+TEST_F(LoggerTest, RunsThatBeginInTheSameMomentAllHaveALog) {
+    for (int round = 0; round < 200; ++round) {
+        std::vector<std::thread> runs;
+        for (int run = 0; run < 4; ++run) {
+            runs.emplace_back([this] { Logger(deployment.values).OpenProgramLog(logFolder); });
+        }
+        for (std::thread& run : runs) {
+            run.join();
+        }
+    }
+    EXPECT_EQ(output.finish(), "");
+}
+
+TEST_F(LoggerTest, ALogThatIsBeingOpenedMayBeUsedByEveryThread) {
+    std::atomic<bool> isOpen = false;
+    std::thread user([this, &isOpen] {
+        while (!isOpen) {
+            logger.WriteProgramLog("early");
+            EXPECT_TRUE(logger.GetCurrentTimeString().empty() || logger.GetCurrentTimeString().size() == 19);
+        }
+    });
+    open();
+    isOpen = true;
+    user.join();
+    logger.WriteProgramLog("last");
+    EXPECT_TRUE(texts().ends_with("last\n"));
+}
+
+TEST_F(LoggerTest, AClosedLogGoesOnAsPrintsAlone) {
+    open();
+    logger.WriteProgramLog("one");
+    logger.CloseProgramLog();
+    logger.WriteProgramLog("two");
+    logger.CloseProgramLog();
+    EXPECT_EQ(texts(), "one\n");
+    EXPECT_EQ(output.finish(), "one\ntwo\n");
+}
+
+TEST_F(LoggerTest, AClosedLogCanBeOpenedAgain) {
+    open();
+    logger.CloseProgramLog();
+    open();
+    logger.WriteProgramLog("again");
+    EXPECT_EQ(texts(), "again\n");
 }
 
 TEST_F(LoggerTest, AFileThatCannotBeWrittenAnyMoreDisturbsNobody) {

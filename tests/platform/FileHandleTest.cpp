@@ -7,10 +7,12 @@
 #include <array>
 #include <cerrno>
 #include <cstdint>
+#include <cstring>
 #include <gtest/gtest.h>
 #include <optional>
 #include <sstream>
 #include <thread>
+#include <unistd.h>
 #include <vector>
 
 namespace orvane::test {
@@ -76,11 +78,52 @@ TEST_F(FileHandleTest, AnEndlessFileIsReadOnlyUpToTheCount) {
     EXPECT_EQ(FileHandle::forReading("/dev/zero").readUpToCount(5'000'000), Bytes(5'000'000));
 }
 
-TEST_F(FileHandleTest, AMissingFileOpensInNoWay) {
-    for (const auto open : {FileHandle::forReading, FileHandle::forWriting, FileHandle::forAppending}) {
+TEST_F(FileHandleTest, AMissingFileOpensForAppendingAlone) {
+    for (const auto open : {FileHandle::forReading, FileHandle::forWriting}) {
         expectError(ENOENT, at("missing"), [&] { open(at("missing")); });
         EXPECT_FALSE(std::filesystem::exists(at("missing")));
     }
+    FileHandle::forAppending(at("missing")).write(bytesOf("made"));
+    EXPECT_EQ(contentsOf(at("missing")), "made");
+}
+
+TEST_F(FileHandleTest, AppendingFollowsNoLink) {
+    const path file = fileWith("kept");
+    for (const path& goal : {file, at("missing")}) {
+        std::filesystem::create_symlink(goal, at("link"));
+        expectError(ELOOP, at("link"), [&] { FileHandle::forAppending(at("link")); });
+        std::filesystem::remove(at("link"));
+    }
+    EXPECT_EQ(contentsOf(file), "kept");
+    EXPECT_FALSE(std::filesystem::exists(at("missing")));
+}
+
+TEST_F(FileHandleTest, ReadsFullyThoughThePiecesAreShort) {
+    std::array<int, 2> ends{};
+    ASSERT_EQ(pipe(ends.data()), 0);
+    std::thread writer([end = ends[1]] {
+        for (const char* part : {"ab", "cd", "e"}) {
+            EXPECT_EQ(write(end, part, std::strlen(part)), static_cast<ssize_t>(std::strlen(part)));
+        }
+        close(end);
+    });
+    const FileHandle file = FileHandle::forReading("/dev/fd/" + std::to_string(ends[0]));
+    std::array<std::byte, 4> buffer{};
+    EXPECT_EQ(file.readFully(buffer), 4U);
+    EXPECT_EQ(textOf(buffer), "abcd");
+    EXPECT_EQ(file.readFully(buffer), 1U);
+    EXPECT_EQ(file.readFully(buffer), 0U);
+    writer.join();
+    close(ends[0]);
+}
+
+TEST_F(FileHandleTest, TheRemainingSizeShrinksAsTheFileIsRead) {
+    const FileHandle file = FileHandle::forReading(fileWith("abcdef"));
+    EXPECT_EQ(file.remainingSize(), 6U);
+    file.readUpToCount(4);
+    EXPECT_EQ(file.remainingSize(), 2U);
+    file.readToEnd();
+    EXPECT_EQ(file.remainingSize(), 0U);
 }
 
 TEST_F(FileHandleTest, AFolderOpensInNoWay) {

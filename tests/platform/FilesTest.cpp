@@ -71,21 +71,37 @@ TEST_F(FilesTest, AFolderCannotBeCreatedWhereAFileIs) {
     expectError(ENOTDIR, at("file/below"), [&] { createDirectoryWithIntermediates(at("file/below")); });
 }
 
-TEST_F(FilesTest, RemovesAFileButNoFolder) {
+TEST_F(FilesTest, RemovesAFile) {
     writeFile(at("file"), "contents");
-    removeFile(at("file"));
+    removeItem(at("file"));
     EXPECT_FALSE(fileExists(at("file")));
-    expectError(ENOENT, at("file"), [&] { removeFile(at("file")); });
-    createDirectoryWithIntermediates(at("folder"));
-    expectError(platformErrors().fileRemovedButIsFolder, at("folder"), [&] { removeFile(at("folder")); });
-    EXPECT_TRUE(fileExists(at("folder")));
+}
+
+TEST_F(FilesTest, NothingToRemoveIsNoError) { EXPECT_NO_THROW(removeItem(at("nothing"))); }
+
+TEST_F(FilesTest, WhatCannotBeReachedCannotBeRemoved) {
+    writeFile(at("file"), "");
+    expectError(ENOTDIR, at("file/below"), [&] { removeItem(at("file/below")); });
+}
+
+TEST_F(FilesTest, RemovesAFolderWithItsContentsAndFollowsNoLink) {
+    writeFile(at("kept/file"), "kept");
+    writeFile(at("folder/deeper/file"), "");
+    std::filesystem::create_symlink(at("kept"), at("folder/deeper/link"));
+    std::filesystem::create_symlink(at("kept/file"), at("folder/another"));
+    removeItem(at("folder"));
+    EXPECT_FALSE(fileExists(at("folder")));
+    EXPECT_EQ(contentsOf(at("kept/file")), "kept");
 }
 
 TEST_F(FilesTest, RemovesALinkAndNotWhatItLeadsTo) {
-    writeFile(at("file"), "kept");
-    std::filesystem::create_symlink(at("file"), at("link"));
-    removeFile(at("link"));
-    EXPECT_EQ(contentsOf(at("file")), "kept");
+    writeFile(at("folder/file"), "kept");
+    for (const path& goal : {at("folder"), at("folder/file"), at("nothing")}) {
+        std::filesystem::create_symlink(goal, at("link"));
+        removeItem(at("link"));
+        EXPECT_FALSE(std::filesystem::is_symlink(at("link")));
+    }
+    EXPECT_EQ(contentsOf(at("folder/file")), "kept");
 }
 
 TEST_F(FilesTest, ANewFileHoldsExactlyItsContents) {

@@ -22,8 +22,7 @@ struct PlatformErrors {
     std::string noSuchFile;       ///< ENOENT in words
     std::string timedOutRendered; ///< domain "", code 408 and "Request timeout" as a developer reads them
 
-    int fileRemovedButIsFolder; ///< errno values
-    int folderCreatedButIsFile;
+    int folderCreatedButIsFile; ///< an errno value
 };
 
 const PlatformErrors& platformErrors();

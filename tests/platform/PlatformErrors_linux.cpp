@@ -17,7 +17,6 @@ const PlatformErrors& platformErrors() {
                                        .notAdmitted = std::nullopt,
                                        .noSuchFile = "No such file or directory (ENOENT)",
                                        .timedOutRendered = R"(Error Domain= Code=408 "Request timeout")",
-                                       .fileRemovedButIsFolder = EISDIR,
                                        .folderCreatedButIsFile = ENOTDIR};
     return errors;
 }

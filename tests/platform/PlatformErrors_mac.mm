@@ -20,7 +20,6 @@ const PlatformErrors& platformErrors() {
                                        .timedOutRendered =
                                            "Error Domain= Code=408 \"Request timeout\" "
                                            "UserInfo={NSLocalizedDescription=Request timeout}",
-                                       .fileRemovedButIsFolder = EPERM,
                                        .folderCreatedButIsFile = EEXIST};
     return errors;
 }

@@ -242,9 +242,9 @@ TEST(XorTransformTest, EachPositionMeetsItsKeyByteWhateverTheKeysLength) {
 
 using XorTransformDeathTest = test::DeathTest;
 
-TEST_F(XorTransformDeathTest, AnEmptyKeyForContentIsAProgrammingError) {
+TEST_F(XorTransformDeathTest, AnEmptyKeyForContentIsInvalidInput) {
     EXPECT_DEATH(transformed(bytes({1}), ""),
-                 "programming error: content cannot be deciphered with an empty key");
+                 "invalid input: content cannot be deciphered with an empty key");
 }
 
 } // namespace

@@ -160,7 +160,7 @@ TEST_F(DecryptXorFileDeathTest, ANewEngineFileThatCannotBeWrittenIsAnUnexpectedE
     const auto encFile = folder.path() / "engine.enc";
     writeFile(encFile, "    ");
     EXPECT_DEATH(decryptXORFile(engineDescribedBy("41", 4), folder.path() / "missing" / "engine", encFile),
-                 "programming error: OrvaneBootstrap/crypto line 181: unexpected error: "
+                 "unexpected error: OrvaneBootstrap/crypto line 181: "
                  ".*/missing/engine: No such file or directory .ENOENT.");
 }
 

@@ -85,7 +85,7 @@ TEST_F(MajorVersionTest, WithoutALogTheAnswerIsTheSame) {
     EXPECT_EQ(output.finish(), "");
 }
 
-TEST_F(MajorVersionTest, ADescribedVersionWithoutAComponentIsAProgrammingError) {
+TEST_F(MajorVersionTest, ADescribedVersionWithoutAComponentIsInvalidInput) {
     describeVersion("");
     EXPECT_DEATH(controller->orvaneMajorVersionMatches(), "a version has no first component: \"\"");
 }
@@ -174,7 +174,7 @@ TEST_F(CurrentVersionTest, AMissingEngineThrowsThePlatformsError) {
     }
 }
 
-TEST_F(CurrentVersionTest, AnEngineThatCannotBeStartedIsAProgrammingError) {
+TEST_F(CurrentVersionTest, AnEngineThatCannotBeStartedIsInvalidInput) {
     writeFile(deployment.engine(), "no program");
     ASSERT_EQ(chmod(deployment.engine().c_str(), 0755), 0);
     EXPECT_DEATH(

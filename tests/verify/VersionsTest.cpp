@@ -95,9 +95,9 @@ TEST(VersionsTest, EmptyComponentsBeforeTheMajorVersionAreSkipped) {
 
 using VersionsDeathTest = test::DeathTest;
 
-TEST_F(VersionsDeathTest, AVersionWithoutAComponentIsAProgrammingError) {
-    EXPECT_DEATH(majorVersion(""), "programming error: a version has no first component: \"\"");
-    EXPECT_DEATH(majorVersion("..."), R"(programming error: a version has no first component: "\.\.\.")");
+TEST_F(VersionsDeathTest, AVersionWithoutAComponentIsInvalidInput) {
+    EXPECT_DEATH(majorVersion(""), "invalid input: a version has no first component: \"\"");
+    EXPECT_DEATH(majorVersion("..."), R"(invalid input: a version has no first component: "\.\.\.")");
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 
 import os
 import re
+import signal
 import socket
 import struct
 import subprocess
@@ -42,6 +43,19 @@ class Run:
     def status(self):
         """The exit status, waited for; minus a signal's number where one ended the program."""
         return self._process.wait(timeout=DEADLINE_SECONDS)
+
+    def abort_reason(self, logged=True):
+        """Why the program aborted: standard error's last line without the program's name. It is the log's last line
+        too, unless it must not be logged."""
+        assert self.status() == -signal.SIGABRT
+        last = self.errors().splitlines()[-1]
+        reason = last.removeprefix("OrvaneBootstrap: ")
+        assert last != reason, f"standard error ends with {last!r}"
+        if logged:
+            assert self.log()[-1] == reason
+        else:
+            assert reason not in self.log()
+        return reason
 
     def kill(self):
         if self.is_running():

@@ -10,8 +10,8 @@ _COMMENT = re.compile(r"//.*")
 _ESCAPES = {r"\"": '"', r"\n": "\n", r"\\": "\\"}
 
 # What writes a line, or makes the text that ends up in one.
-_WRITER = re.compile(r"(?<![\w.])(?:runLogger->)?(?:std::printf|(?:platform::)?Error|writeProgramLog|WriteProgramLog|"
-                     r"programmingError|refuse)\(")
+_WRITER = re.compile(r"(?<![\w.])(?:runLogger->)?(?:(?:platform::)?printLine|(?:platform::)?Error|writeProgramLog|WriteProgramLog|"
+                     r"programmingError|invalidInput|invalidInputNotLogged|unexpectedError|refuse)\(")
 
 
 def files(*suffixes):

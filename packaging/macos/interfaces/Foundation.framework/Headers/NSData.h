@@ -13,6 +13,10 @@ API_AVAILABLE(macos(10.0))
 + (instancetype)data;
 + (instancetype)dataWithBytes:(nullable const void*)bytes length:(NSUInteger)length;
 + (instancetype)dataWithBytesNoCopy:(void*)bytes length:(NSUInteger)length freeWhenDone:(BOOL)b;
+- (instancetype)initWithBytesNoCopy:(void*)bytes
+                             length:(NSUInteger)length
+                        deallocator:(nullable void (^)(void* bytes, NSUInteger length))deallocator
+    API_AVAILABLE(macos(10.9));
 
 @end
 
