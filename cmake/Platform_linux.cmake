@@ -30,6 +30,10 @@ add_library(orvane::desktop ALIAS orvane_desktop)
 target_link_libraries(orvane_desktop PUBLIC orvane::platform PRIVATE Qt6::Widgets PkgConfig::LIBSYSTEMD)
 list(TRANSFORM ORVANE_WINDOW_ICONS PREPEND packaging/icons/hicolor/)
 qt_add_resources(orvane_desktop window_icons PREFIX /icons BASE packaging/icons/hicolor FILES ${ORVANE_WINDOW_ICONS})
+# Where Qt looks for its configuration first.
+configure_file(packaging/linux/qt.conf.in ${PROJECT_BINARY_DIR}/generated/qt.conf @ONLY)
+qt_add_resources(orvane_desktop qt_configuration PREFIX /qt/etc
+    BASE ${PROJECT_BINARY_DIR}/generated FILES ${PROJECT_BINARY_DIR}/generated/qt.conf)
 
 add_executable(OrvaneBootstrap src/app/main.cpp)
 target_link_libraries(OrvaneBootstrap PRIVATE ${ORVANE_PROGRAM} orvane_system_authorities orvane::desktop)

@@ -68,6 +68,7 @@ set(ORVANE_DESKTOP_LINUX_SOURCES
     src/platform/Controls_linux.cpp
     src/platform/MainWindow_linux.cpp
     src/platform/Queue_linux.cpp
+    src/platform/ToolkitStart_linux.cpp
     src/platform/WrappingText_linux.cpp)
 
 # What the window carries for desktops that do not know its desktop entry.

@@ -4,6 +4,7 @@
 #include "platform/ProgrammingError.h"
 #include "platform/Queue.h"
 #include "platform/Queue_linux.h"
+#include "platform/ToolkitStart_linux.h"
 #include "platform/WrappingText_linux.h"
 
 #include <QApplication>
@@ -13,6 +14,7 @@
 
 #include <array>
 #include <exception>
+#include <optional>
 
 namespace orvane::platform {
 
@@ -58,6 +60,7 @@ public:
         controller_->viewDidLoad();
         controller_->viewWillAppear();
         window_.show();
+        window_.awaitFirstExpose();
         controller_->viewDidAppear();
     }
 
@@ -94,6 +97,8 @@ void applicationMain(int argumentCount, char** arguments, const std::string& win
     std::string programName = argumentCount > 0 ? savedArguments().front() : windowTitle;
     std::array<char*, 2> programArguments{programName.data(), nullptr};
     int programArgumentCount = 1;
+    ignorePluginsBesideProgram();
+    std::optional<NoSessionBusLaunch> noSessionBusLaunch(std::in_place);
     LinuxApplication application(programArgumentCount, programArguments.data());
     QApplication::setApplicationDisplayName(plainText(windowTitle));
     QApplication::setDesktopFileName(kDesktopFileName);
@@ -105,6 +110,7 @@ void applicationMain(int argumentCount, char** arguments, const std::string& win
     mainQueueAsync([&] {
         delegate.applicationDidFinishLaunching();
         session = std::make_unique<Session>(windowTitle, delegate);
+        noSessionBusLaunch.reset(); // Qt has looked for the bus; the engine finds the environment as it was
         session->start(makeViewController);
     });
     QApplication::exec();

@@ -12,8 +12,11 @@
 #include <QPainter>
 #include <QScreen>
 #include <QShortcut>
+#include <QTimer>
 #include <QVBoxLayout>
 #include <QWindow>
+
+#include <chrono>
 
 namespace orvane::platform {
 
@@ -21,6 +24,9 @@ namespace {
 
 constexpr int kContentWidth = kWindowWidth - 2 * kWindowMargin;
 constexpr int kTextWidth = kContentWidth + 2 * kTextOverhang;
+
+/// A window on another desktop, or on a locked screen, may never be exposed; the run must begin all the same.
+constexpr std::chrono::seconds kLongestWaitForExpose{3};
 
 MainWindow* theMainWindow = nullptr;
 
@@ -89,6 +95,16 @@ MainWindow::MainWindow(const QString& title) {
 MainWindow::~MainWindow() { theMainWindow = nullptr; }
 
 MainWindow* MainWindow::instance() { return theMainWindow; }
+
+void MainWindow::awaitFirstExpose() {
+    QTimer deadline;
+    deadline.setSingleShot(true);
+    deadline.start(kLongestWaitForExpose);
+    // The window is painted within the event that exposes it.
+    while (deadline.isActive() && !windowHandle()->isExposed()) {
+        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents | QEventLoop::WaitForMoreEvents);
+    }
+}
 
 void MainWindow::addTexts(QVBoxLayout& layout) {
     auto* step = new ScrollingText(kTextWidth, this);

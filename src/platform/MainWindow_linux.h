@@ -37,6 +37,10 @@ public:
     const MainWindowControls& controls() const { return controls_; }
     void connectCommands(Commands commands) { commands_ = std::move(commands); }
 
+    /// Runs the event loop, without the user's input, until the shown window was painted for the first time
+    /// or a bounded time has passed. A window manager or compositor decides when that is, if ever.
+    void awaitFirstExpose();
+
     void setBackgroundColor(const QColor& color);
     void setMovableByBackground(bool movable) { isMovableByBackground_ = movable; }
 

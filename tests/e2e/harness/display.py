@@ -50,6 +50,7 @@ class Desktop:
             "QT_QPA_PLATFORM": "xcb",
             "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1",
             "TSAN_OPTIONS": THREAD_SANITIZER,
+            processes.MARK: str(self.folder),
         }
         self.variables["DBUS_SESSION_BUS_ADDRESS"] = self._start_bus()
 
@@ -58,10 +59,22 @@ class Desktop:
             process.terminate()
             process.wait()
         # The bus started helpers, which have no reason to stay.
-        processes.end_all(processes.descendants())
-        eventually(lambda: not processes.descendants(), "the end of the desktop")
+        processes.end_all(processes.marked(self.folder))
+        eventually(lambda: not processes.marked(self.folder), "the end of the desktop")
         processes.reap_orphans()
         shutil.rmtree(self.folder)
+
+    def start_window_manager(self):
+        """From here on it frames windows, and decides when they are shown."""
+        manager = subprocess.Popen(["openbox", "--sm-disable"], env=self.variables, stdin=subprocess.DEVNULL,
+                                   stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        self._processes.append(manager)
+        self.window_manager = manager.pid
+        eventually(lambda: "window id" in self._root_property("_NET_SUPPORTING_WM_CHECK"), "the window manager")
+
+    def _root_property(self, name):
+        return subprocess.run(["xprop", "-root", name], env=self.variables, check=True, timeout=60,
+                              stdout=subprocess.PIPE, text=True).stdout
 
     def dark(self):
         """What to add to a program's variables for it to find a desktop in dark colours."""
@@ -87,6 +100,12 @@ class Desktop:
     def window_numbers(self, title):
         """From the lowest window of that title to the one on top."""
         return self._xdotool("search", "--onlyvisible", "--name", f"^{title}$").split()
+
+    def has_window(self, title):
+        """Whether a window of that title was made, be it shown or not."""
+        found = subprocess.run(["xdotool", "search", "--name", f"^{title}$"], env=self.variables, check=False,
+                               timeout=60, stdout=subprocess.PIPE)
+        return bool(found.stdout)
 
     def window_number(self, title):
         return self.window_numbers(title)[-1]

@@ -48,6 +48,7 @@ API_AVAILABLE(macos(10.0))
 - (void)performMiniaturize:(nullable id)sender;
 - (void)makeKeyAndOrderFront:(nullable id)sender;
 - (void)orderOut:(nullable id)sender;
+- (void)displayIfNeeded;
 - (void)setContentSize:(NSSize)size;
 
 @end

@@ -1,0 +1,48 @@
+#include "platform/ToolkitStart_linux.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
+
+namespace orvane::platform {
+
+namespace {
+
+constexpr const char* kPluginPath = "QT_PLUGIN_PATH";
+constexpr const char* kSessionBusAddress = "DBUS_SESSION_BUS_ADDRESS";
+
+/// What a user's session has and libdbus finds without the variable.
+bool hasUserBus() {
+    const QString folder = qEnvironmentVariable("XDG_RUNTIME_DIR");
+    return !folder.isEmpty() && QFileInfo::exists(folder + QStringLiteral("/bus"));
+}
+
+} // namespace
+
+/// The application object adds the program's folder to the list of plugin folders, then takes out again what
+/// was removed from the list before. Only a folder of the list can be removed, so the variable puts it there.
+void ignorePluginsBesideProgram() {
+    const QString folder = QFileInfo(QStringLiteral("/proc/self/exe")).canonicalPath();
+    const bool wasSet = qEnvironmentVariableIsSet(kPluginPath);
+    const QByteArray before = qgetenv(kPluginPath);
+    qputenv(kPluginPath, folder.toLocal8Bit());
+    QCoreApplication::removeLibraryPath(folder);
+    if (wasSet) {
+        qputenv(kPluginPath, before);
+    } else {
+        qunsetenv(kPluginPath);
+    }
+}
+
+NoSessionBusLaunch::NoSessionBusLaunch() {
+    if (qEnvironmentVariableIsEmpty(kSessionBusAddress) && !hasUserBus()) {
+        isAddressSet_ = qputenv(kSessionBusAddress, "disabled:");
+    }
+}
+
+NoSessionBusLaunch::~NoSessionBusLaunch() {
+    if (isAddressSet_) {
+        qunsetenv(kSessionBusAddress);
+    }
+}
+
+} // namespace orvane::platform
