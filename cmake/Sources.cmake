@@ -28,6 +28,7 @@ set(ORVANE_PORTABLE_SOURCES
     src/platform/Digest.cpp
     src/platform/Error.cpp
     src/platform/PreferredLanguages.cpp
+    src/platform/Process.cpp
     src/platform/ProgrammingError.cpp
     src/platform/Url.cpp
     src/platform/Utf8.cpp

@@ -23,21 +23,22 @@ void append(Verification& verification, const Findings& findings) {
 }
 
 void fetchDescription(Verification& verification) {
-    const platform::RequestOutcome outcome =
+    const auto result =
         platform::performRequest({.url = verification.url}, productDeployment().fileDescriptionWait);
-    if (outcome.error) {
+    if (const platform::Error* const error = errorOf(result)) {
         verification.fetched = false;
-        add(verification, "description", Verdict::failed, outcome.error->localizedDescription());
+        add(verification, "description", Verdict::failed, error->localizedDescription());
         return;
     }
-    if (!isValidUtf8(textOf(*outcome.body))) {
+    const auto& body = std::get<Bytes>(result);
+    if (!isValidUtf8(textOf(body))) {
         add(verification, "description", Verdict::failed, "it is not valid UTF-8: bootstrappers stop");
         return;
     }
     try {
-        verification.description = decodeFileDownloadInfo(*outcome.body);
+        verification.description = decodeFileDownloadInfo(body);
         add(verification, "description", Verdict::good,
-            "fetched and read, " + std::to_string(outcome.body->size()) + " bytes");
+            "fetched and read, " + std::to_string(body.size()) + " bytes");
     } catch (const platform::Error& error) {
         add(verification, "description", Verdict::failed, error.localizedDescription());
     }

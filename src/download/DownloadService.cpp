@@ -31,7 +31,7 @@ DownloadError DownloadError::targetFileError(std::string text) { return Download
 
 GenericDownloadTask::GenericDownloadTask(std::shared_ptr<platform::UrlSessionDataTask> dataTask,
                                          std::FILE* openTargetFile)
-    : task(std::move(dataTask)), targetFileHandle(openTargetFile) {}
+    : DownloadTask(std::move(dataTask)), targetFileHandle(openTargetFile) {}
 
 GenericDownloadTask::~GenericDownloadTask() {
     platform::printLine("Deinit: " + task->originalRequestUrl().value_or(""));

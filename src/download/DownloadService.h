@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Error.h"
+#include "platform/ResultType.h"
 #include "platform/UrlSession.h"
 
 #include <cstdint>
@@ -9,14 +10,10 @@
 #include <functional>
 #include <memory>
 #include <mutex>
-#include <variant>
+#include <utility>
 #include <vector>
 
 namespace orvane {
-
-/// The one of two ways in which an operation that ends later ended.
-template <typename T>
-using ResultType = std::variant<T, platform::Error>;
 
 /// The target file could not be opened. It has no description of its own; a log shows the platform's generic
 /// wording.
@@ -32,18 +29,28 @@ private:
     std::string text_;
 };
 
-/// One download as its caller sees it. Set the handlers after `DownloadService::download` has returned and
-/// before `resume`. Both are called on the main thread: the progress handler with the fraction received once
+/// One download as its caller sees it. Set the handlers after `DownloadService::download` has returned, then
+/// resume `task`. Both are called on the main thread: the progress handler with the fraction received once
 /// for each piece (negative, infinite or NaN while the length is not known; of the pieces received while an
 /// alert holds the main queue, for the last one alone), then the completion handler exactly once.
 class DownloadTask {
 public:
     virtual ~DownloadTask() = default;
+    DownloadTask(const DownloadTask&) = delete;
+    DownloadTask& operator=(const DownloadTask&) = delete;
 
     std::function<void(const ResultType<std::int64_t>&)> completionHandler; ///< with the bytes written
     std::function<void(double)> progressHandler;
+    const std::shared_ptr<platform::UrlSessionDataTask> task; ///< the transfer itself
 
-    virtual void resume() = 0; ///< starts the transfer
+    // The transfer's own operations, on `task`. Any thread.
+    virtual void resume() = 0;
+    virtual void suspend() = 0;
+    virtual void cancel() = 0;
+
+protected:
+    explicit DownloadTask(std::shared_ptr<platform::UrlSessionDataTask> dataTask)
+        : task(std::move(dataTask)) {}
 };
 
 /// The download itself. Shared by the service while it is in flight and by its caller; prints a line on
@@ -52,12 +59,10 @@ class GenericDownloadTask final : public DownloadTask {
 public:
     GenericDownloadTask(std::shared_ptr<platform::UrlSessionDataTask> dataTask, std::FILE* openTargetFile);
     ~GenericDownloadTask() override;
-    GenericDownloadTask(const GenericDownloadTask&) = delete;
-    GenericDownloadTask& operator=(const GenericDownloadTask&) = delete;
 
     void resume() override { task->resume(); }
-
-    const std::shared_ptr<platform::UrlSessionDataTask> task; ///< its identity in the session's callbacks
+    void suspend() override { task->suspend(); }
+    void cancel() override { task->cancel(); }
 
     // Changed on the session's queue alone.
     std::int64_t expectedContentLength = 0; ///< -1 when the server announced none

@@ -7,7 +7,6 @@
 
 #include <cstdint>
 #include <utility>
-#include <variant>
 
 namespace orvane {
 
@@ -37,7 +36,7 @@ void downloadEnded(const ResultType<std::int64_t>& result, const DescribedEngine
                    const std::shared_ptr<Logger>& logger, EngineDownloadHost& host,
                    const std::function<void()>& completionHandler) {
     Presentation& presentation = host.presentation();
-    if (const auto* error = std::get_if<platform::Error>(&result)) {
+    if (const platform::Error* const error = errorOf(result)) {
         writeProgramLog(logger, "Unable to download orvane: " + error->localizedDescription());
         presentation.showFatalErrorAndQuit(presentation.loadTranslatedString(text::kNoConnection));
     } else {
@@ -94,7 +93,7 @@ void downloadEngine(const DescribedEngine& engine, std::chrono::seconds timeout,
             waiting->showDownloadProgress(fraction * kFullProgress);
         }
     };
-    task->resume();
+    task->task->resume();
 }
 
 } // namespace orvane

@@ -10,21 +10,22 @@ namespace orvane {
 
 std::optional<FileDownloadInfo> fetchFileDescription(const std::string& url, std::chrono::seconds waitLimit,
                                                      const std::shared_ptr<Logger>& logger) {
-    const platform::RequestOutcome outcome = platform::performRequest({.url = url}, waitLimit);
-    if (outcome.error) {
+    const auto result = platform::performRequest({.url = url}, waitLimit);
+    if (const platform::Error* const error = errorOf(result)) {
         writeProgramLog(logger, "Unable to download orvane file description: Optional(" +
-                                    outcome.error->debugDescription() + ")");
+                                    error->debugDescription() + ")");
         return std::nullopt;
     }
+    const auto& body = std::get<Bytes>(result);
     if (logger) {
-        const std::string_view body = textOf(*outcome.body);
-        if (!isValidUtf8(body)) {
+        const std::string_view text = textOf(body);
+        if (!isValidUtf8(text)) {
             invalidInputNotLogged("the file description is not valid UTF-8");
         }
-        logger->WriteProgramLog("Orvane download info is " + std::string(body));
+        logger->WriteProgramLog("Orvane download info is " + std::string(text));
     }
     try {
-        return decodeFileDownloadInfo(*outcome.body);
+        return decodeFileDownloadInfo(body);
     } catch (const platform::Error& error) {
         writeProgramLog(logger,
                         "Unable to download orvane file description: " + error.localizedDescription());

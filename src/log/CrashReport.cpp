@@ -51,10 +51,10 @@ void postCrashReport(std::string payload, const Deployment& deployment) {
         .cachePolicy = platform::CachePolicy::useProtocolCachePolicy,
         .timeoutInterval = deployment.crashReportTimeout,
     };
-    const platform::RequestOutcome outcome =
-        platform::performRequest(std::move(request), deployment.crashReportWait);
-    if (outcome.error) {
-        throw platform::Error(*outcome.error);
+    const auto result = platform::performRequest(std::move(request), deployment.crashReportWait,
+                                                 platform::ResponseBody::discard);
+    if (const platform::Error* const error = errorOf(result)) {
+        throw platform::Error(*error);
     }
 }
 

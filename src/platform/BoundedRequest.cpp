@@ -13,16 +13,20 @@ namespace {
 
 constexpr std::size_t kLargestBody = std::size_t{64} << 20;
 
-/// Keeps what the one task of a session brings. The session holds it weakly: once the waiter has given up, a
-/// late answer finds nobody.
-class OutcomeCollector final : public UrlSessionDataDelegate {
+/// Receives the one task of a session. The session holds it weakly: after a timeout a late answer is dropped.
+class ResultCollector final : public UrlSessionDataDelegate {
 public:
+    explicit ResultCollector(ResponseBody wanted) : wanted_(wanted) {}
+
     ResponseDisposition didReceiveResponse(UrlSessionDataTask& /*dataTask*/,
                                            std::int64_t /*expectedContentLength*/) override {
         return ResponseDisposition::allow;
     }
 
     void didReceiveData(UrlSessionDataTask& dataTask, ByteView data) override {
+        if (wanted_ == ResponseBody::discard) {
+            return;
+        }
         if (data.size() > kLargestBody - body_.size()) {
             tooLarge_ = true;
             dataTask.cancel();
@@ -33,11 +37,11 @@ public:
 
     void didComplete(UrlSessionDataTask& /*task*/, const std::optional<Error>& error) override {
         if (tooLarge_) {
-            outcome_.error = Error("OrvaneBootstrap", 413, "The answer is larger than 64 MiB");
+            result_ = Error("OrvaneBootstrap", 413, "The answer is larger than 64 MiB");
         } else if (error) {
-            outcome_.error = error;
+            result_ = *error;
         } else {
-            outcome_.body = std::move(body_);
+            result_ = std::move(body_);
         }
         completed_.release();
     }
@@ -45,29 +49,30 @@ public:
     bool waitFor(std::chrono::milliseconds limit) { return completed_.try_acquire_for(limit); }
 
     /// Only after `waitFor` has answered true.
-    RequestOutcome takeOutcome() { return std::move(outcome_); }
+    ResultType<Bytes> takeResult() { return std::move(result_); }
 
 private:
+    const ResponseBody wanted_;
     Bytes body_;
     bool tooLarge_ = false;
-    RequestOutcome outcome_;
+    ResultType<Bytes> result_;
     std::binary_semaphore completed_{0};
 };
 
 } // namespace
 
-RequestOutcome performRequest(UrlRequest request, std::chrono::milliseconds waitLimit) {
+ResultType<Bytes> performRequest(UrlRequest request, std::chrono::milliseconds waitLimit, ResponseBody body) {
     if (!parsesAsUrl(request.url)) {
         programmingError("a request's address is not a URL: " + request.url);
     }
-    const auto collector = std::make_shared<OutcomeCollector>();
+    const auto collector = std::make_shared<ResultCollector>(body);
     const auto session = UrlSession::create(
         {.requestCachePolicy = CachePolicy::reloadIgnoringLocalCacheData, .urlCache = false}, collector);
     session->dataTask(std::move(request))->resume();
     if (!collector->waitFor(waitLimit)) {
-        return {.body = std::nullopt, .error = Error("", 408, "Request timeout")};
+        return Error("", 408, "Request timeout");
     }
-    return collector->takeOutcome();
+    return collector->takeResult();
 }
 
 } // namespace orvane::platform

@@ -1,27 +1,25 @@
 #pragma once
 
 #include "platform/Bytes.h"
-#include "platform/Error.h"
+#include "platform/ResultType.h"
 #include "platform/UrlSession.h"
 
 #include <chrono>
-#include <optional>
 
 namespace orvane::platform {
 
-/// How a request ended for the one who waited: the whole body, or an error.
-struct RequestOutcome {
-    std::optional<Bytes> body;
-    std::optional<Error> error;
+enum class ResponseBody {
+    keep,   ///< at most 64 MiB; a larger one is an error
+    discard ///< of any size; the result holds no bytes
 };
 
-/// Carries out one request in a session of its own that keeps no cache, and waits for its end, at most
-/// `waitLimit`.
+/// Carries out one request in a session of its own that keeps no cache, waits for its end, at most
+/// `waitLimit`, and returns the body or an error.
 ///
-/// After that the outcome is the error with the empty domain, code 408 and "Request timeout"; the transfer is
-/// not cancelled, and whatever it still brings is dropped. HTTP status and headers are not looked at. A body
-/// of more than 64 MiB is refused with an error. An address that is not a URL is a programming error. Any
-/// thread but one that must not block.
-RequestOutcome performRequest(UrlRequest request, std::chrono::milliseconds waitLimit);
+/// After `waitLimit` that is the error with the empty domain, code 408 and "Request timeout"; the transfer is
+/// not cancelled, and whatever it still brings is dropped. HTTP status and headers are not looked at. A URL
+/// that does not parse is a programming error. Any thread but one that must not block.
+ResultType<Bytes> performRequest(UrlRequest request, std::chrono::milliseconds waitLimit,
+                                 ResponseBody body = ResponseBody::keep);
 
 } // namespace orvane::platform

@@ -2,7 +2,10 @@
 
 #include "platform/Bytes.h"
 
+#include <cstddef>
+#include <limits>
 #include <memory>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -32,9 +35,10 @@ public:
     /// program of this machine.
     void launch();
 
-    /// Reads what the child writes to its piped standard output until every writer has closed it. Throws
-    /// `Error` when reading fails.
-    Bytes readStandardOutputToEnd();
+    /// Reads what the child writes to its piped standard output until every writer has closed it. Returns the
+    /// first `most` bytes; what follows is read and dropped, so that memory is bounded and the child is never
+    /// held up. Throws `Error` when reading fails.
+    Bytes readStandardOutputToEnd(std::size_t most = std::numeric_limits<std::size_t>::max());
 
     /// Sends SIGINT. Does nothing before the launch or after the child has ended; never reaches another
     /// process that was given the same number.
@@ -46,6 +50,9 @@ public:
 
 private:
     class Child;
+
+    /// Waits for output and reads at most as much as `buffer` holds. 0: every writer has closed the pipe.
+    std::size_t readStandardOutput(std::span<std::byte> buffer);
 
     std::string launchPath_;
     std::vector<std::string> arguments_;

@@ -23,8 +23,6 @@ namespace orvane::platform {
 
 namespace {
 
-constexpr std::size_t kPiece = std::size_t{64} << 10;
-
 void demand(int failure, const std::string& subject) {
     if (failure != 0) {
         throw posixError(failure, subject);
@@ -100,7 +98,7 @@ class Process::Child : public std::enable_shared_from_this<Child> {
 public:
     void pipeStandardOutput() { piped_ = true; }
     void launch(std::string launchPath, std::vector<std::string> arguments);
-    Bytes readStandardOutputToEnd() const;
+    std::size_t readStandardOutput(std::span<std::byte> buffer) const;
     void interrupt();
     int waitUntilExit();
 
@@ -183,20 +181,16 @@ void Process::Child::reap() {
     stageChanged_.notify_all();
 }
 
-Bytes Process::Child::readStandardOutputToEnd() const {
+std::size_t Process::Child::readStandardOutput(std::span<std::byte> buffer) const {
     if (!standardOutput_.isOpen()) {
         programmingError("the output of a process that has no pipe was to be read");
     }
-    Bytes output;
-    std::array<std::byte, kPiece> piece{};
     for (;;) {
-        const ssize_t received = ::read(standardOutput_.number(), piece.data(), piece.size());
-        if (received == 0) {
-            return output;
+        const ssize_t received = ::read(standardOutput_.number(), buffer.data(), buffer.size());
+        if (received >= 0) {
+            return static_cast<std::size_t>(received);
         }
-        if (received > 0) {
-            output.insert(output.end(), piece.begin(), piece.begin() + received);
-        } else if (errno != EINTR) {
+        if (errno != EINTR) {
             throw posixError(errno, "standard output of a child");
         }
     }
@@ -232,7 +226,9 @@ void Process::pipeStandardOutput() { child_->pipeStandardOutput(); }
 
 void Process::launch() { child_->launch(launchPath_, arguments_); }
 
-Bytes Process::readStandardOutputToEnd() { return child_->readStandardOutputToEnd(); }
+std::size_t Process::readStandardOutput(std::span<std::byte> buffer) {
+    return child_->readStandardOutput(buffer);
+}
 
 void Process::interrupt() { child_->interrupt(); }
 

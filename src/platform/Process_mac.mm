@@ -5,6 +5,7 @@
 
 #include <cerrno>
 #include <dispatch/dispatch.h>
+#include <unistd.h>
 #include <utility>
 
 namespace orvane::platform {
@@ -56,15 +57,16 @@ void Process::launch() {
     }
 }
 
-Bytes Process::readStandardOutputToEnd() {
-    @autoreleasepool {
-        NSError* error = nil;
-        NSData* const data = [child_->pipe.fileHandleForReading readDataToEndOfFileAndReturnError:&error];
-        if (data == nil) {
-            throw fromNSError(error);
+std::size_t Process::readStandardOutput(std::span<std::byte> buffer) {
+    const int descriptor = child_->pipe.fileHandleForReading.fileDescriptor;
+    for (;;) {
+        const ssize_t received = ::read(descriptor, buffer.data(), buffer.size());
+        if (received >= 0) {
+            return static_cast<std::size_t>(received);
         }
-        const auto* const bytes = static_cast<const std::byte*>(data.bytes);
-        return {bytes, bytes + data.length};
+        if (errno != EINTR) {
+            throw posixError(errno, "standard output of a child");
+        }
     }
 }
 

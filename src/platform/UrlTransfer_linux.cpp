@@ -4,6 +4,7 @@
 #include "platform/TrustedAuthorities_linux.h"
 #include "platform/Url.h"
 
+#include <algorithm>
 #include <charconv>
 #include <openssl/ssl.h>
 #include <strings.h>
@@ -14,6 +15,7 @@ namespace orvane::platform {
 namespace {
 
 constexpr long kMostRedirects = 20;
+constexpr std::size_t kMostHeaderBytes = std::size_t{512} << 10;
 constexpr long kReceiveBufferSize = 512L << 10; // the largest the library admits
 
 using UrlParts = std::unique_ptr<CURLU, decltype(&curl_url_cleanup)>;
@@ -178,8 +180,8 @@ void UrlTransfer::begin() {
     hasBegun_ = true;
     isHeldBack_ = false;
     lastMovement_ = Clock::now();
-    addressRefusal_ = refusalOfAddress(task_->request().url);
-    if (addressRefusal_) {
+    ownError_ = refusalOfAddress(task_->request().url);
+    if (ownError_) {
         complete(CURLE_UNSUPPORTED_PROTOCOL);
     } else if (setUpResult_ != CURLE_OK) {
         complete(setUpResult_);
@@ -226,6 +228,9 @@ curl_off_t UrlTransfer::bytesMoved() const {
 
 void UrlTransfer::complete(CURLcode result) {
     isComplete_ = true;
+    if (result == CURLE_OK) {
+        ensureResponse();
+    }
     const std::optional<Error> error = errorOf(result);
     curl_multi_remove_handle(multi_, easy_.get());
     if (const auto delegate = delegate_.lock()) {
@@ -241,57 +246,86 @@ std::size_t UrlTransfer::onBody(char* data, std::size_t size, std::size_t count,
     return static_cast<UrlTransfer*>(transfer)->bodyArrived(bytesOf({data, size * count}));
 }
 
+/// Called for the lines of trailers too.
 std::size_t UrlTransfer::headerArrived(std::string_view line) {
+    headerBytes_ += line.size();
+    if (headerBytes_ > kMostHeaderBytes) {
+        ownError_ =
+            Error("OrvaneBootstrap", 431, "The answer's headers and trailers are larger than 512 KiB");
+        return 0;
+    }
     long status = 0;
     curl_easy_getinfo(easy_.get(), CURLINFO_RESPONSE_CODE, &status);
     const bool isPreliminary = status < 200;
     const bool isEndOfHeaders = line == "\r\n" || line == "\n";
-    if (!isEndOfHeaders || isPreliminary) {
+    if (!isEndOfHeaders || isPreliminary || hasResponse_) {
         return line.size();
     }
-    if (isRedirect(status)) {
-        addressRefusal_ = refusalOfAddress(redirectTarget());
+    const auto location = status >= 300 && status < 400 ? redirectLocation() : std::nullopt;
+    if (location) {
+        ownError_ = refusalOfAddress(addressAt(*location));
     } else {
-        isRefused_ = !deliverResponse();
+        deliverResponse();
     }
-    return isRefused_ || addressRefusal_ ? 0 : line.size();
+    return isRefused_ || ownError_ ? 0 : line.size();
 }
 
-bool UrlTransfer::isRedirect(long status) const {
-    return status >= 300 && status < 400 && !responseHeader("Location").empty();
+/// The first that is not blank: the one that the library follows. Empty where all are blank: it follows none.
+std::optional<std::string> UrlTransfer::redirectLocation() const {
+    std::optional<std::string> location = responseHeader("Location");
+    for (std::size_t index = 1; location && location->empty(); ++index) {
+        const auto next = responseHeader("Location", index);
+        if (!next) {
+            break;
+        }
+        location = next;
+    }
+    return location;
 }
 
-/// Seen from where we are. One that makes no address is left to the library, which says so.
-std::string UrlTransfer::redirectTarget() const {
+/// `location` resolved against the current URL. A malformed one is left to the library, which reports it.
+std::string UrlTransfer::addressAt(const std::string& location) const {
     const UrlParts parts = partsOf(effectiveUrl());
-    curl_url_set(parts.get(), CURLUPART_URL, responseHeader("Location").c_str(),
-                 CURLU_URLENCODE | CURLU_NON_SUPPORT_SCHEME);
+    curl_url_set(parts.get(), CURLUPART_URL, location.c_str(), CURLU_URLENCODE | CURLU_NON_SUPPORT_SCHEME);
     return part(parts, CURLUPART_URL);
 }
 
-bool UrlTransfer::deliverResponse() {
-    const auto delegate = delegate_.lock();
-    return !delegate || callDelegate([&] {
-        return delegate->didReceiveResponse(*task_, expectedContentLength()) == ResponseDisposition::allow;
-    });
+void UrlTransfer::deliverResponse() {
+    hasResponse_ = true;
+    if (const auto delegate = delegate_.lock()) {
+        const auto disposition =
+            callDelegate([&] { return delegate->didReceiveResponse(*task_, expectedContentLength()); });
+        isRefused_ = disposition == ResponseDisposition::cancel;
+    }
 }
 
-std::string UrlTransfer::responseHeader(const char* name) const {
+/// An answer that looked like a redirect, but that the library did not follow, is the response after all.
+void UrlTransfer::ensureResponse() {
+    if (!hasResponse_) {
+        deliverResponse();
+    }
+}
+
+/// Without the blanks around it; the library leaves a line end in a blank value.
+std::optional<std::string> UrlTransfer::responseHeader(const char* name, std::size_t index) const {
     curl_header* header = nullptr;
     constexpr int kLatestRequest = -1;
-    if (curl_easy_header(easy_.get(), name, 0, CURLH_HEADER, kLatestRequest, &header) != CURLHE_OK) {
-        return {};
+    if (curl_easy_header(easy_.get(), name, index, CURLH_HEADER, kLatestRequest, &header) != CURLHE_OK) {
+        return std::nullopt;
     }
-    return header->value;
+    constexpr std::string_view blanks = " \t\r\n\v\f";
+    const std::string_view value = header->value;
+    const std::size_t first = std::min(value.find_first_not_of(blanks), value.size());
+    return std::string(value.substr(first, value.find_last_not_of(blanks) + 1 - first));
 }
 
 std::int64_t UrlTransfer::expectedContentLength() const {
-    const std::string coding = responseHeader("Content-Encoding");
+    const std::string coding = responseHeader("Content-Encoding").value_or("");
     const bool isCoded = !coding.empty() && ::strcasecmp(coding.c_str(), "identity") != 0;
-    const std::string length = responseHeader("Content-Length");
+    const std::string length = responseHeader("Content-Length").value_or("");
     std::int64_t value = -1;
     const auto [end, failure] = std::from_chars(length.data(), length.data() + length.size(), value);
-    const bool isKnown = failure == std::errc() && value >= 0 && responseHeader("Transfer-Encoding").empty();
+    const bool isKnown = failure == std::errc() && value >= 0 && !responseHeader("Transfer-Encoding");
     return isKnown && !isCoded ? value : -1;
 }
 
@@ -303,6 +337,10 @@ std::size_t UrlTransfer::bodyArrived(ByteView data) {
         isHeldBack_ = true;
         return CURL_WRITEFUNC_PAUSE;
     }
+    ensureResponse();
+    if (isRefused_) {
+        return CURL_WRITEFUNC_ERROR;
+    }
     if (const auto delegate = delegate_.lock()) {
         callDelegate([&] { delegate->didReceiveData(*task_, data); });
     }
@@ -310,8 +348,8 @@ std::size_t UrlTransfer::bodyArrived(ByteView data) {
 }
 
 std::optional<Error> UrlTransfer::errorOf(CURLcode result) const {
-    if (addressRefusal_) {
-        return addressRefusal_;
+    if (ownError_) {
+        return ownError_;
     }
     const bool isCancelled = isRefused_ || task_->isCancelled();
     const CURLcode code = isCancelled ? CURLE_ABORTED_BY_CALLBACK : result;

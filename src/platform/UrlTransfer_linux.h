@@ -54,10 +54,11 @@ private:
 
     std::size_t headerArrived(std::string_view line);
     std::size_t bodyArrived(ByteView data);
-    bool isRedirect(long status) const;
-    std::string redirectTarget() const;
-    bool deliverResponse();
-    std::string responseHeader(const char* name) const;
+    std::optional<std::string> redirectLocation() const;
+    std::string addressAt(const std::string& location) const;
+    void deliverResponse();
+    void ensureResponse();
+    std::optional<std::string> responseHeader(const char* name, std::size_t index = 0) const;
     std::int64_t expectedContentLength() const;
     curl_off_t bytesMoved() const;
     std::optional<Error> errorOf(CURLcode result) const;
@@ -83,9 +84,11 @@ private:
 
     CURLcode setUpResult_ = CURLE_OK;
     bool hasBegun_ = false;
-    bool isHeldBack_ = false;             ///< its task was seen suspended since it last went on
-    bool isRefused_ = false;              ///< the delegate did not want the response
-    std::optional<Error> addressRefusal_; ///< of the address asked for, or of one we were sent to
+    bool isHeldBack_ = false;     ///< its task was seen suspended since it last went on
+    std::size_t headerBytes_ = 0; ///< trailers, and headers of redirects and preliminary responses, included
+    bool hasResponse_ = false;
+    bool isRefused_ = false;        ///< the delegate did not want the response
+    std::optional<Error> ownError_; ///< why this class has ended the transfer
     bool isComplete_ = false;
     curl_off_t bytesMoved_ = 0;
     Clock::time_point lastMovement_ = Clock::now();

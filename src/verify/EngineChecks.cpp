@@ -18,6 +18,9 @@ namespace orvane {
 
 namespace {
 
+/// In bytes. A deliberate limit: more is no version, so a faulty engine cannot fill the memory.
+constexpr std::size_t kLongestVersion = std::size_t{64} << 10;
+
 std::string withoutLineFeedsAround(const std::string& text) {
     const std::size_t first = text.find_first_not_of('\n');
     if (first == std::string::npos) {
@@ -62,9 +65,9 @@ std::string EngineChecks::getCurrentOrvaneVersion() const {
     process.pipeStandardOutput();
     launchVersionQuery(process);
 
-    const Bytes output = process.readStandardOutputToEnd();
+    const Bytes output = process.readStandardOutputToEnd(kLongestVersion + 1);
     const std::string_view text = textOf(output);
-    if (!isValidUtf8(text)) {
+    if (text.size() > kLongestVersion || !isValidUtf8(text)) {
         throw platform::Error("", 1, "cannot retrieve process stdout");
     }
     return withoutLineFeedsAround(std::string(text));

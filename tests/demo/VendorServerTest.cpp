@@ -18,9 +18,9 @@ namespace orvane::demo {
 namespace {
 
 using namespace std::chrono_literals;
-using platform::RequestOutcome;
 using test::contentsOf;
 using test::writeFile;
+using Outcome = ResultType<Bytes>;
 
 constexpr char kDescription[] = "/downloadinstaller?os=darwin&product=varlen";
 constexpr char kFile[] = "/varlen/setup/engine";
@@ -37,30 +37,32 @@ protected:
 
     std::filesystem::path folder() const { return folder_.path(); }
 
-    RequestOutcome get(const std::string& target) { return request({.url = origin_ + target}); }
+    Outcome get(const std::string& target) { return request({.url = origin_ + target}); }
 
-    RequestOutcome request(const platform::UrlRequest& request) { return performRequest(request, 60s); }
+    Outcome request(const platform::UrlRequest& request) { return performRequest(request, 60s); }
 
     std::string bodyOf(const std::string& target) {
-        const RequestOutcome outcome = get(target);
-        EXPECT_TRUE(outcome.body) << outcome.error->localizedDescription();
-        return std::string(textOf(outcome.body.value_or(Bytes())));
+        const Outcome outcome = get(target);
+        const platform::Error* const error = errorOf(outcome);
+        EXPECT_FALSE(error) << error->localizedDescription();
+        return error == nullptr ? std::string(textOf(std::get<Bytes>(outcome))) : std::string();
     }
 
-    RequestOutcome getWithFault(const std::string& fault) {
+    Outcome getWithFault(const std::string& fault) {
         writeFile(folder() / "faults.json", "{\"" + std::string(kFile) + "\": " + fault + "}");
         return get(kFile);
     }
 
     void expectBody(const std::string& fault, const std::string& body) {
-        const RequestOutcome outcome = getWithFault(fault);
-        ASSERT_TRUE(outcome.body) << fault << ": " << outcome.error->localizedDescription();
-        EXPECT_EQ(textOf(*outcome.body), body) << fault;
+        const Outcome outcome = getWithFault(fault);
+        const platform::Error* const error = errorOf(outcome);
+        ASSERT_FALSE(error) << fault << ": " << error->localizedDescription();
+        EXPECT_EQ(textOf(std::get<Bytes>(outcome)), body) << fault;
     }
 
     void expectWhole(const std::string& fault) { expectBody(fault, engine_); }
 
-    void expectCut(const std::string& fault) { EXPECT_TRUE(getWithFault(fault).error) << fault; }
+    void expectCut(const std::string& fault) { EXPECT_TRUE(errorOf(getWithFault(fault))) << fault; }
 
     std::vector<std::string> targetsIn(const std::string& log) const {
         std::vector<std::string> targets;
@@ -126,7 +128,7 @@ TEST_F(Vendor, KeepsCrashReports) {
                                     .httpMethod = "POST",
                                     .httpHeaderFields = {{"Content-Type", "application/json"}},
                                     .httpBody = kReport};
-    EXPECT_TRUE(request(post).body);
+    EXPECT_FALSE(errorOf(request(post)));
     EXPECT_EQ(contentsOf(folder() / "reports/001.json"), kReport);
     EXPECT_EQ(contentsOf(folder() / "reports/001.log"), "abc");
     EXPECT_FALSE(metTheUnexpected());
@@ -156,12 +158,12 @@ TEST_F(Vendor, CutsABodyAsItIsTold) {
     expectCut(R"({"dropAfterBytes": 70000})");
     expectCut(R"({"framing": "chunked", "dropAfterBytes": 70000})");
     expectCut(R"({"contentLength": 200000})");
-    EXPECT_EQ(getWithFault(R"({"contentLength": 70000})").body.value().size(), 70000U);
+    EXPECT_EQ(std::get<Bytes>(getWithFault(R"({"contentLength": 70000})")).size(), 70000U);
     EXPECT_FALSE(metTheUnexpected());
 }
 
 TEST_F(Vendor, SendsAPageInPlaceOfAFile) {
-    EXPECT_EQ(textOf(getWithFault(R"({"page": "<p>Log in</p>"})").body.value()), "<p>Log in</p>");
+    EXPECT_EQ(textOf(std::get<Bytes>(getWithFault(R"({"page": "<p>Log in</p>"})"))), "<p>Log in</p>");
 }
 
 TEST_F(Vendor, SendsBlanksBeforeTheBody) {
@@ -178,7 +180,7 @@ TEST_F(Vendor, SendsFurtherHeaders) {
 
 TEST_F(Vendor, RedirectsElsewhere) {
     writeFile(folder() / "published/other", "other");
-    EXPECT_EQ(textOf(getWithFault("{\"redirect\": \"" + origin_ + "/varlen/setup/other\"}").body.value()),
+    EXPECT_EQ(textOf(std::get<Bytes>(getWithFault("{\"redirect\": \"" + origin_ + "/varlen/setup/other\"}"))),
               "other");
     EXPECT_FALSE(metTheUnexpected());
 }
@@ -188,14 +190,14 @@ TEST_F(Vendor, StallsUntilItIsReleased) {
         std::async(std::launch::async, [this] { return getWithFault(R"({"stallAfterBytes": 70000})"); });
     EXPECT_EQ(outcome.wait_for(300ms), std::future_status::timeout);
     writeFile(folder() / "release", "");
-    EXPECT_EQ(textOf(outcome.get().body.value()), engine_);
+    EXPECT_EQ(textOf(std::get<Bytes>(outcome.get())), engine_);
 }
 
 TEST_F(Vendor, HoldsItsResponseUntilItIsReleased) {
     auto outcome = std::async(std::launch::async, [this] { return getWithFault(R"({"hold": true})"); });
     EXPECT_EQ(outcome.wait_for(300ms), std::future_status::timeout);
     writeFile(folder() / "release", "");
-    EXPECT_EQ(textOf(outcome.get().body.value()), engine_);
+    EXPECT_EQ(textOf(std::get<Bytes>(outcome.get())), engine_);
 }
 
 TEST_F(Vendor, StopsInTheMidstOfAStall) {
@@ -205,7 +207,7 @@ TEST_F(Vendor, StopsInTheMidstOfAStall) {
         std::this_thread::yield();
     }
     server_.reset();
-    EXPECT_TRUE(outcome.get().error);
+    EXPECT_TRUE(errorOf(outcome.get()));
 }
 
 TEST_F(Vendor, ServesOverIpv6) {
@@ -214,7 +216,7 @@ TEST_F(Vendor, ServesOverIpv6) {
     EXPECT_EQ(vendor.origin(), "https://[::1]:" + std::to_string(vendor.port()));
     trustAuthoritiesIn(other.path() / "ca.pem");
     writeFile(other.path() / "published/engine", "engine");
-    EXPECT_EQ(textOf(request({.url = vendor.origin() + kFile}).body.value()), "engine");
+    EXPECT_EQ(textOf(std::get<Bytes>(request({.url = vendor.origin() + kFile}))), "engine");
 }
 
 TEST_F(Vendor, SpeaksNothingButOldTlsWhenItIsTold) {
@@ -249,7 +251,7 @@ protected:
 };
 
 TEST_P(FlawedVendor, IsNotBelieved) {
-    EXPECT_TRUE(get(kFile).error);
+    EXPECT_TRUE(errorOf(get(kFile)));
     EXPECT_TRUE(targetsIn("requests.log").empty());
 }
 

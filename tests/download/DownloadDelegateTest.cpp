@@ -17,13 +17,15 @@ namespace {
 
 using Result = ResultType<std::int64_t>;
 
-/// A transfer that nobody carries out.
+/// A transfer that is not carried out; it only records what it is told.
 class IdleDataTask final : public platform::UrlSessionDataTask {
 public:
     std::optional<std::string> originalRequestUrl() const override { return std::nullopt; }
-    void resume() override {}
-    void suspend() override {}
-    void cancel() override {}
+    void resume() override { calls.emplace_back("resume"); }
+    void suspend() override { calls.emplace_back("suspend"); }
+    void cancel() override { calls.emplace_back("cancel"); }
+
+    std::vector<std::string> calls;
 };
 
 /// What a session tells the service is told by the test itself; no transfer is started.
@@ -56,6 +58,17 @@ TEST_F(DownloadDelegateTest, ANewDownloadHasReceivedNothing) {
     const auto another = service->download({.url = "https://downloads.example/"}, folder.path() / "another");
     EXPECT_FALSE(another->progressHandler);
     EXPECT_FALSE(another->completionHandler);
+}
+
+TEST_F(DownloadDelegateTest, ADownloadsOperationsAreThoseOfItsTransfer) {
+    const auto idle = std::make_shared<IdleDataTask>();
+    GenericDownloadTask generic(idle, nullptr);
+    DownloadTask& asItsCallerSeesIt = generic;
+    EXPECT_EQ(asItsCallerSeesIt.task, idle);
+    asItsCallerSeesIt.resume();
+    asItsCallerSeesIt.suspend();
+    asItsCallerSeesIt.cancel();
+    EXPECT_EQ(idle->calls, (std::vector<std::string>{"resume", "suspend", "cancel"}));
 }
 
 TEST_F(DownloadDelegateTest, TheResponseOfAKnownTransferIsAllowedAndItsLengthKept) {

@@ -179,9 +179,12 @@ def test_the_size_of_a_plain_engine_is_not_looked_at(rehearsal, size):
 
 # The version an engine reports.
 
-def start_with_engine(rehearsal, engine):
+LONGEST_VERSION = 65_536
+
+
+def start_with_engine(rehearsal, engine, scenario=("end 0",)):
     """`engine` lies on the machine; another one is published as 14.2.7."""
-    rehearsal.scenario("end 0")
+    rehearsal.scenario(*scenario)
     vendor = rehearsal.vendor()
     vendor.publish(rehearsal.sample_engine)
     rehearsal.install_engine(engine)
@@ -193,8 +196,8 @@ def start_with_engine(rehearsal, engine):
     ("exit 3", ""),
     ("echo 1 >&2", ""),
     ("echo; echo; echo", ""),
-    (f"head -c {10 * MEBIBYTE} /dev/zero | tr '\\0' 0", "0" * 10 * MEBIBYTE),
-], ids=["nothing", "nothing but a status", "nothing but an error", "line ends alone", "10 MiB of zeros"])
+    (f"head -c {LONGEST_VERSION} /dev/zero | tr '\\0' 0", "0" * LONGEST_VERSION),
+], ids=["nothing", "nothing but a status", "nothing but an error", "line ends alone", "64 KiB of zeros"])
 def test_an_engine_that_reports_no_version_to_speak_of_is_replaced(rehearsal, version, local):
     vendor, run = start_with_engine(rehearsal, shell_engine(version, "exit 1"))
     assert run.status() == 0
@@ -203,12 +206,24 @@ def test_an_engine_that_reports_no_version_to_speak_of_is_replaced(rehearsal, ve
     assert f"remote version is 14.2.7 and local is {local}" in run.log()
 
 
-def test_a_version_of_10_mebibytes_is_compared_like_any_other(rehearsal):
-    nines = f"head -c {10 * MEBIBYTE} /dev/zero | tr '\\0' 9"
+def test_a_version_of_64_kibibytes_is_compared_like_any_other(rehearsal):
+    nines = f"head -c {LONGEST_VERSION} /dev/zero | tr '\\0' 9"
     vendor, run = start_with_engine(rehearsal, shell_engine(nines, waiting_for_the_owners_end()))
     run.await_log("Spawning orvane with args --pid")
     assert "Using existing orvane" in run.log()
     assert vendor.requests() == [DESCRIPTION]
+    run.kill()
+
+
+@pytest.mark.parametrize("size", [LONGEST_VERSION + 1, 512 * MEBIBYTE], ids=["64 KiB and a byte", "512 MiB"])
+def test_a_version_of_more_than_64_kibibytes_is_none_and_takes_no_memory(rehearsal, size):
+    vendor, run = start_with_engine(rehearsal, shell_engine(f"head -c {size} /dev/zero | tr '\\0' 9", "exit 1"),
+                                    scenario=("step Prêt", "wait-interrupt"))
+    run.window.await_step("Prêt")
+    assert "Unable to retrieve file version: cannot retrieve process stdout" in run.log()
+    assert vendor.requests() == [DESCRIPTION, ENGINE]
+    if not rehearsal.is_sanitized:
+        assert run.peak_memory() < 128 * MEBIBYTE
     run.kill()
 
 

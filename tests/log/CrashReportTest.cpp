@@ -139,6 +139,12 @@ TEST_F(CrashReportTest, AnErrorStatusCountsAsDelivered) {
     }
 }
 
+TEST_F(CrashReportTest, AnAnswerOfAnySizeCountsAsDelivered) {
+    server.answer(kTarget, response(std::string((std::size_t{64} << 20) + 1, 'x')));
+    open();
+    EXPECT_EQ(printedWhileSending(), "");
+}
+
 TEST_F(CrashReportTest, WithoutAServerTheLogGainsOneLineWithThePlatformsDescription) {
     deployment.values.crashReportUrl = std::string(TestDeployment::kNobody) + kTarget;
     open();

@@ -8,7 +8,8 @@ namespace orvane::test {
 namespace {
 
 using platform::performRequest;
-using platform::RequestOutcome;
+using platform::ResponseBody;
+using Outcome = ResultType<Bytes>;
 
 constexpr std::size_t kLargestBody = std::size_t{64} << 20;
 
@@ -32,33 +33,31 @@ LoopbackServer::Conversation answeringAtLength(std::size_t length) {
 
 TEST_F(BoundedRequestTest, BringsTheWholeBody) {
     const LoopbackServer server(answering(okResponse("description")));
-    const RequestOutcome outcome = performRequest({.url = server.url()}, kPatience);
-    ASSERT_TRUE(outcome.body);
-    EXPECT_EQ(textOf(*outcome.body), "description");
-    EXPECT_FALSE(outcome.error);
+    const Outcome outcome = performRequest({.url = server.url()}, kPatience);
+    ASSERT_FALSE(errorOf(outcome));
+    EXPECT_EQ(textOf(std::get<Bytes>(outcome)), "description");
 }
 
 TEST_F(BoundedRequestTest, BringsAnEmptyBody) {
     const LoopbackServer server(answering(okResponse("")));
-    const RequestOutcome outcome = performRequest({.url = server.url()}, kPatience);
-    ASSERT_TRUE(outcome.body);
-    EXPECT_TRUE(outcome.body->empty());
+    const Outcome outcome = performRequest({.url = server.url()}, kPatience);
+    ASSERT_FALSE(errorOf(outcome));
+    EXPECT_TRUE(std::get<Bytes>(outcome).empty());
 }
 
 TEST_F(BoundedRequestTest, BringsTheBodyOfAnErrorStatus) {
     const LoopbackServer server(
         answering("HTTP/1.1 404 Not Found\r\nConnection: close\r\n\r\n<html></html>"));
-    const RequestOutcome outcome = performRequest({.url = server.url()}, kPatience);
-    ASSERT_TRUE(outcome.body);
-    EXPECT_EQ(textOf(*outcome.body), "<html></html>");
+    const Outcome outcome = performRequest({.url = server.url()}, kPatience);
+    ASSERT_FALSE(errorOf(outcome));
+    EXPECT_EQ(textOf(std::get<Bytes>(outcome)), "<html></html>");
 }
 
 TEST_F(BoundedRequestTest, BringsTheTransfersErrorAndNoBody) {
     const LoopbackServer server(answering(okHead(100) + "too little"));
-    const RequestOutcome outcome = performRequest({.url = server.url()}, kPatience);
-    EXPECT_FALSE(outcome.body);
-    ASSERT_TRUE(outcome.error);
-    EXPECT_EQ(outcome.error->domain(), platformErrors().transferDomain);
+    const Outcome outcome = performRequest({.url = server.url()}, kPatience);
+    ASSERT_TRUE(errorOf(outcome));
+    EXPECT_EQ(errorOf(outcome)->domain(), platformErrors().transferDomain);
 }
 
 TEST_F(BoundedRequestTest, GivesUpAtItsLimitAndALateAnswerDoesNoHarm) {
@@ -71,12 +70,11 @@ TEST_F(BoundedRequestTest, GivesUpAtItsLimitAndALateAnswerDoesNoHarm) {
         connection.waitForClientToLeave();
         clientHasLeft.open();
     });
-    const RequestOutcome outcome = performRequest({.url = server.url()}, std::chrono::milliseconds(200));
-    EXPECT_FALSE(outcome.body);
-    ASSERT_TRUE(outcome.error);
-    EXPECT_EQ(outcome.error->domain(), "");
-    EXPECT_EQ(outcome.error->code(), 408);
-    EXPECT_EQ(outcome.error->localizedDescription(), "Request timeout");
+    const Outcome outcome = performRequest({.url = server.url()}, std::chrono::milliseconds(200));
+    ASSERT_TRUE(errorOf(outcome));
+    EXPECT_EQ(errorOf(outcome)->domain(), "");
+    EXPECT_EQ(errorOf(outcome)->code(), 408);
+    EXPECT_EQ(errorOf(outcome)->localizedDescription(), "Request timeout");
     limitPassed.open();
     EXPECT_TRUE(clientHasLeft.wait());
 }
@@ -86,23 +84,36 @@ TEST_F(BoundedRequestTest, TheRequestsOwnTimeOutIsATransfersError) {
         connection.readRequest();
         connection.waitForClientToLeave();
     });
-    const RequestOutcome outcome =
+    const Outcome outcome =
         performRequest({.url = server.url(), .timeoutInterval = std::chrono::seconds(1)}, kPatience);
-    ASSERT_TRUE(outcome.error);
-    EXPECT_EQ(outcome.error->code(), platformErrors().timedOut);
+    ASSERT_TRUE(errorOf(outcome));
+    EXPECT_EQ(errorOf(outcome)->code(), platformErrors().timedOut);
 }
 
 TEST_F(BoundedRequestTest, SixtyFourMebibytesAreTheMost) {
     const LoopbackServer largest(answeringAtLength(kLargestBody));
-    const RequestOutcome accepted = performRequest({.url = largest.url()}, kPatience);
-    ASSERT_TRUE(accepted.body);
-    EXPECT_EQ(accepted.body->size(), kLargestBody);
+    const Outcome accepted = performRequest({.url = largest.url()}, kPatience);
+    ASSERT_FALSE(errorOf(accepted));
+    EXPECT_EQ(std::get<Bytes>(accepted).size(), kLargestBody);
 
     const LoopbackServer tooLarge(answeringAtLength(kLargestBody + 1));
-    const RequestOutcome refused = performRequest({.url = tooLarge.url()}, kPatience);
-    EXPECT_FALSE(refused.body);
-    ASSERT_TRUE(refused.error);
-    EXPECT_EQ(refused.error->code(), 413);
+    const Outcome refused = performRequest({.url = tooLarge.url()}, kPatience);
+    ASSERT_TRUE(errorOf(refused));
+    EXPECT_EQ(errorOf(refused)->code(), 413);
+}
+
+TEST_F(BoundedRequestTest, ABodyThatIsDiscardedMayHaveAnySize) {
+    const LoopbackServer server(answeringAtLength(kLargestBody + 1));
+    const Outcome outcome = performRequest({.url = server.url()}, kPatience, ResponseBody::discard);
+    ASSERT_FALSE(errorOf(outcome));
+    EXPECT_TRUE(std::get<Bytes>(outcome).empty());
+}
+
+TEST_F(BoundedRequestTest, ADiscardedBodyThatBreaksOffIsATransfersError) {
+    const LoopbackServer server(answering(okHead(100) + "too little"));
+    const Outcome outcome = performRequest({.url = server.url()}, kPatience, ResponseBody::discard);
+    ASSERT_TRUE(errorOf(outcome));
+    EXPECT_EQ(errorOf(outcome)->domain(), platformErrors().transferDomain);
 }
 
 } // namespace

@@ -100,6 +100,16 @@ TEST_F(ProcessTest, OutputEndsWhenItsLastWriterHasClosedIt) {
     EXPECT_EQ(textOf(process->readStandardOutputToEnd()), "first\nsecond\n");
 }
 
+TEST_F(ProcessTest, OutputIsReadToItsEndAndOnlyItsBeginningKept) {
+    const auto process =
+        shell("printf beginning; head -c 1000000 /dev/zero && echo done > \"$1\"", {at("end")});
+    process->pipeStandardOutput();
+    process->launch();
+    EXPECT_EQ(textOf(process->readStandardOutputToEnd(9)), "beginning");
+    EXPECT_EQ(process->waitUntilExit(), 0);
+    EXPECT_EQ(contentsOf(at("end")), "done\n");
+}
+
 TEST_F(ProcessTest, AChildThatSaysNothingGivesNothing) { EXPECT_EQ(outputOf(*shell("exit 1")), ""); }
 
 TEST_F(ProcessTest, EnvironmentAndWorkingFolderAreInherited) {

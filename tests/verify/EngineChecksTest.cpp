@@ -134,9 +134,19 @@ TEST_F(CurrentVersionTest, TheEnginesStatusAndStandardErrorDoNotMatter) {
 }
 
 TEST_F(CurrentVersionTest, TheOutputIsReadToItsEnd) {
-    // Far more than a pipe holds at once, by two processes one of which outlives the other.
-    installScript("head -c 300000 /dev/zero | tr '\\0' 1; exec printf 2");
-    EXPECT_EQ(controller->getCurrentOrvaneVersion(), std::string(300000, '1') + "2");
+    // By two processes, one of which outlives the other.
+    installScript("head -c 65535 /dev/zero | tr '\\0' 1; exec printf 2");
+    EXPECT_EQ(controller->getCurrentOrvaneVersion(), std::string(65535, '1') + "2");
+}
+
+TEST_F(CurrentVersionTest, MoreThan64KibibytesAreNoVersion) {
+    installScript("head -c 65537 /dev/zero | tr '\\0' 1");
+    try {
+        controller->getCurrentOrvaneVersion();
+        ADD_FAILURE() << "65537 bytes were taken for a version";
+    } catch (const platform::Error& error) {
+        EXPECT_EQ(error.localizedDescription(), "cannot retrieve process stdout");
+    }
 }
 
 TEST_F(CurrentVersionTest, AnEngineWithoutItsPermissionGets0744AndIsAsked) {
