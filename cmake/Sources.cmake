@@ -16,7 +16,6 @@ set(ORVANE_PORTABLE_SOURCES
     src/engine/EngineLaunch.cpp
     src/engine/EngineMessages.cpp
     src/engine/MachPort.cpp
-    src/engine/MessageNumber.cpp
     src/log/Base64.cpp
     src/log/CrashReport.cpp
     src/log/Logger.cpp

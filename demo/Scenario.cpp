@@ -70,15 +70,10 @@ SendMessage restartQuestionIn(Argument rest, Argument locale) {
     return {EngineMessageType::restart, std::string(step) + wordingFor(rest, locale)};
 }
 
+/// The verb of a message is its type's name, and "fatal" is an end that says what went wrong.
 std::optional<EngineMessageType> messageTypeOf(Argument verb) {
-    static const std::map<Argument, EngineMessageType> types{
-        {"progress", EngineMessageType::progress},   {"step", EngineMessageType::step},
-        {"network", EngineMessageType::network},     {"end", EngineMessageType::end},
-        {"fatal", EngineMessageType::end},           {"error", EngineMessageType::error},
-        {"cancel", EngineMessageType::cancelButton},
-    };
-    const auto found = types.find(verb);
-    return found == types.end() ? std::nullopt : std::optional(found->second);
+    const EngineMessageKind* const kind = engineMessageKind(verb == "fatal" ? "end" : verb);
+    return kind == nullptr ? std::nullopt : std::optional(kind->type);
 }
 
 ScenarioCommand commandIn(Argument line, Argument locale) {
@@ -99,11 +94,11 @@ ScenarioCommand commandIn(Argument line, Argument locale) {
 
     Argument rest = line;
     const Argument verb = takeWord(rest);
-    if (const auto type = messageTypeOf(verb)) {
-        return SendMessage{*type, wordingFor(rest, locale)};
-    }
     if (verb == "restart") {
         return restartQuestionIn(rest, locale);
+    }
+    if (const auto type = messageTypeOf(verb)) {
+        return SendMessage{*type, wordingFor(rest, locale)};
     }
     const auto reader = readers.find(verb);
     if (reader == readers.end()) {

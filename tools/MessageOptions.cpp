@@ -1,11 +1,10 @@
 #include "tools/MessageOptions.h"
 
-#include "engine/MessageNumber.h"
 #include "platform/Utf8.h"
+#include "sender/EngineMessageTypes.h"
 #include "tools/ToolError.h"
 
 #include <limits>
-#include <map>
 
 namespace orvane::tools {
 
@@ -18,14 +17,19 @@ constexpr char kDescription[] = "Sends one message to a running bootstrapper, as
 constexpr char kStatuses[] = "0 delivered, 64 wrong usage, 65 a message that the bootstrapper would ignore,\n"
                              "truncate or stop at, 69 no bootstrapper receives messages at OWNER.";
 
+/// The help of TYPE: each name with its number and what its text holds.
+std::string typesHelp() {
+    std::string help = "one of these names, or a type's number:";
+    for (const EngineMessageKind& kind : kEngineMessageKinds) {
+        help += "\n" + std::string(kind.name) + " (" + std::to_string(static_cast<std::int32_t>(kind.type)) +
+                "): " + std::string(kind.text);
+    }
+    return help;
+}
+
 EngineMessageType typeNamed(const std::string& name) {
-    static const std::map<std::string, EngineMessageType> types{
-        {"progress", EngineMessageType::progress},  {"step", EngineMessageType::step},
-        {"network", EngineMessageType::network},    {"end", EngineMessageType::end},
-        {"error", EngineMessageType::error},        {"restart", EngineMessageType::restart},
-        {"cancel", EngineMessageType::cancelButton}};
-    if (const auto found = types.find(name); found != types.end()) {
-        return found->second;
+    if (const auto* kind = engineMessageKind(name)) {
+        return kind->type;
     }
     const auto number = messageNumber(name);
     if (!number || *number < std::numeric_limits<std::int32_t>::min() ||
@@ -39,27 +43,6 @@ EngineMessageType typeNamed(const std::string& name) {
     throw ToolError(ExitStatus::badData, text + " (--force sends it all the same)");
 }
 
-void checkNumber(const std::string& text, const std::string& type, std::int64_t last) {
-    const auto number = messageNumber(text);
-    if (!number || *number < 0 || *number > last) {
-        refuseMessage("the text of " + type + " is a number from 0 to " + std::to_string(last) + ", not \"" +
-                      text + "\"");
-    }
-}
-
-void checkEnd(const std::string& text) {
-    const auto number = messageNumber(text);
-    if (number && *number != 0 && *number != 1 && *number != 3) {
-        refuseMessage("the number of an end is 0, 1 or 3, not " + text);
-    }
-}
-
-void checkRestart(const std::string& text) {
-    if (text.size() < 2 || !messageNumber(text.substr(0, 2))) {
-        refuseMessage("a restart begins with the two digits of its step; the bootstrapper would stop");
-    }
-}
-
 void checkMessage(EngineMessageType type, const std::string& text) {
     if (!isValidUtf8(text)) {
         refuseMessage("the text is not valid UTF-8; the bootstrapper would stop");
@@ -68,22 +51,15 @@ void checkMessage(EngineMessageType type, const std::string& text) {
         refuseMessage("the text has " + std::to_string(text.size()) + " bytes; it would be cut at " +
                       std::to_string(kEngineMessageTextLimit));
     }
-    switch (type) {
-    case EngineMessageType::progress:
-        return checkNumber(text, "progress", 100);
-    case EngineMessageType::network:
-        return checkNumber(text, "network", 2);
-    case EngineMessageType::cancelButton:
-        return checkNumber(text, "cancel", 1);
-    case EngineMessageType::end:
-        return checkEnd(text);
-    case EngineMessageType::restart:
-        return checkRestart(text);
-    case EngineMessageType::step:
-    case EngineMessageType::error:
-        return;
+    const EngineMessageKind* const kind = engineMessageKind(static_cast<std::int32_t>(type));
+    if (kind == nullptr) {
+        refuseMessage("bootstrappers know the types 0 to " +
+                      std::to_string(kFirstUnassignedEngineMessageType - 1));
     }
-    refuseMessage("bootstrappers know the types 0 to 6");
+    if (!kind->accepts(text)) {
+        refuseMessage("the text of " + std::string(kind->name) + " is " + std::string(kind->text) +
+                      ", not \"" + text + "\"");
+    }
 }
 
 } // namespace
@@ -97,9 +73,7 @@ MessageOptions parseMessageOptions(const Arguments& arguments) {
                 "what the bootstrapper gave its engine after --owner; its log has it in\n"
                 "the line \"Spawning orvane\"")
         ->required();
-    line.option("TYPE", type, "",
-                "progress, step, network, end, error, restart or cancel; or the type's\nnumber")
-        ->required();
+    line.option("TYPE", type, "", typesHelp())->required();
     line.add_option("TEXT", options.text, "the text of the message; empty without it");
     line.add_flag("--force", force, "send also what the bootstrapper would ignore, truncate or stop at");
     line.read(arguments);

@@ -1,12 +1,12 @@
 #include "engine/EngineMessages.h"
 
-#include "engine/MessageNumber.h"
 #include "model/Presentation.h"
 #include "platform/Alert.h"
 #include "platform/Application.h"
 #include "platform/ProgrammingError.h"
 #include "platform/WindowUpdates.h"
 #include "sender/EngineMessageSender.h"
+#include "sender/MessageNumber.h"
 
 #include <optional>
 #include <string_view>

@@ -22,4 +22,7 @@ inline constexpr std::int64_t kNo = 14;
 inline constexpr std::int64_t kFailed = 15;
 inline constexpr std::int64_t kPreparing = 17;
 
+/// Every identifier from 0 up to here has its texts; this one has none yet.
+inline constexpr std::int64_t kFirstUnassigned = 20;
+
 } // namespace orvane::text

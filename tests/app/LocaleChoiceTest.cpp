@@ -81,7 +81,8 @@ TEST_F(LocaleChoiceTest, TextsComeInTheChosenLanguage) {
 
 TEST_F(LocaleChoiceTest, AnUnknownTextIsNamedByItsIdentifier) {
     chooseFor("de_CH");
-    EXPECT_EQ(controller->loadTranslatedString(20), "undefined text: 20");
+    EXPECT_EQ(controller->loadTranslatedString(text::kFirstUnassigned),
+              "undefined text: " + std::to_string(text::kFirstUnassigned));
     EXPECT_EQ(controller->loadTranslatedString(-1), "undefined text: -1");
     EXPECT_EQ(controller->loadTranslatedString(std::numeric_limits<std::int64_t>::min()),
               "undefined text: -9223372036854775808");

@@ -1,5 +1,7 @@
 #include "app/LocalizedTexts.h"
 
+#include "model/TextIdentifiers.h"
+
 #include <gtest/gtest.h>
 
 namespace orvane {
@@ -93,7 +95,8 @@ TEST(LocalizedTextsTest, EveryTextStandsCharacterForCharacterInThreeLanguages) {
         EXPECT_EQ(texts[2000 + expected.id], expected.german);
         EXPECT_EQ(texts[3000 + expected.id], expected.english);
     }
-    EXPECT_EQ(texts.size(), 60U);
+    EXPECT_EQ(texts.size(), 3 * expectedTexts().size());
+    EXPECT_EQ(expectedTexts().size(), static_cast<std::size_t>(text::kFirstUnassigned));
 }
 
 TEST(LocalizedTextsTest, TheNamesOfTheVendorAreThoseOfTheDeployment) {

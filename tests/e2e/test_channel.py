@@ -8,7 +8,7 @@ from pathlib import Path
 
 import pytest
 from harness.engines import shell_engine, waiting_for_the_owners_end
-from harness.messages import CANCEL, END, ERROR, LONGEST_TEXT, NETWORK, PROGRESS, STEP, after
+from harness.messages import CANCEL, END, ERROR, FIRST_UNASSIGNED, LONGEST_TEXT, NETWORK, PROGRESS, STEP, after
 from harness.texts import French
 from harness.waiting import eventually
 
@@ -58,7 +58,7 @@ def test_a_text_that_is_not_utf8_stops_the_program_and_says_so(run, text):
     assert run.abort_reason() == "invalid input: an engine message is not valid UTF-8"
 
 
-@pytest.mark.parametrize("message_type", [-1, 7, -2**31, 2**31 - 1, 1 << 24, 256])
+@pytest.mark.parametrize("message_type", [-1, FIRST_UNASSIGNED, -2**31, 2**31 - 1, 1 << 24, 256])
 def test_a_type_that_is_none_does_nothing(run, message_type):
     before = after(run)
     assert after(run, (message_type, "0"), (message_type, "Texte"), (message_type, "")) == before

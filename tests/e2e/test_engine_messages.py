@@ -1,7 +1,7 @@
 """What the window makes of each message of an engine."""
 
 import pytest
-from harness.messages import CANCEL, END, ERROR, LONGEST_TEXT, NETWORK, PROGRESS, RESTART, STEP, after
+from harness.messages import CANCEL, END, ERROR, FIRST_UNASSIGNED, LONGEST_TEXT, NETWORK, PROGRESS, RESTART, STEP, after
 from harness.reports import log_in
 from harness.texts import French
 from harness.waiting import eventually
@@ -67,7 +67,7 @@ def test_cancel_is_disabled_and_enabled_by_0_and_1_alone(run):
 
 def test_unknown_messages_are_ignored(run):
     before = after(run)
-    assert after(run, (7, "42"), (-1, "42"), (2**31 - 1, ""), (-2**31, "x")) == before
+    assert after(run, (FIRST_UNASSIGNED, "42"), (-1, "42"), (2**31 - 1, ""), (-2**31, "x")) == before
     run.kill()
 
 

@@ -1,4 +1,5 @@
 #include "platform/Process.h"
+#include "sender/EngineMessageTypes.h"
 #include "tests/support/Gate.h"
 #include "tests/support/NamedPipe.h"
 #include "tests/support/RunTest.h"
@@ -198,7 +199,8 @@ TEST_F(EngineMessagesTest, ACancelButtonThatIsGoneIsAProgrammingErrorOnlyWhenItI
 
 TEST_F(EngineMessagesTest, OtherTypesAreIgnored) {
     for (const std::int32_t type :
-         {7, -1, 256, std::numeric_limits<std::int32_t>::max(), std::numeric_limits<std::int32_t>::min()}) {
+         {kFirstUnassignedEngineMessageType, -1, 256, std::numeric_limits<std::int32_t>::max(),
+          std::numeric_limits<std::int32_t>::min()}) {
         expectIgnored(type, "0");
         expectIgnored(type, "text");
     }

@@ -1,6 +1,6 @@
 /// Any text as a number: equal to one that is read digit by digit.
 
-#include "engine/MessageNumber.h"
+#include "sender/MessageNumber.h"
 #include "tests/fuzz/Finding.h"
 
 #include <algorithm>

@@ -6,6 +6,8 @@
 namespace orvane::tools {
 namespace {
 
+const std::string kUnassigned = std::to_string(kFirstUnassignedEngineMessageType);
+
 std::optional<ExitStatus> failureOf(const std::vector<std::string>& arguments) {
     try {
         parseMessageOptions(arguments);
@@ -27,13 +29,14 @@ TEST(MessageOptionsTest, AreRead) {
 }
 
 TEST(MessageOptionsTest, KnowEachTypeByItsNameAndItsNumber) {
-    const std::vector<std::string> names{"progress", "step", "network", "end", "error", "restart", "cancel"};
-    for (std::size_t number = 0; number < names.size(); ++number) {
-        const std::string text = names[number] == "restart" ? "07 ?" : "0";
-        const auto type = static_cast<EngineMessageType>(number);
-        EXPECT_EQ(parseMessageOptions({"o", names[number], text}).type, type);
-        EXPECT_EQ(parseMessageOptions({"o", std::to_string(number), text}).type, type);
+    for (const EngineMessageKind& kind : kEngineMessageKinds) {
+        const std::string name(kind.name);
+        const std::string number = std::to_string(static_cast<std::int32_t>(kind.type));
+        EXPECT_EQ(parseMessageOptions({"o", name, "x", "--force"}).type, kind.type);
+        EXPECT_EQ(parseMessageOptions({"o", number, "x", "--force"}).type, kind.type);
     }
+    EXPECT_EQ(parseMessageOptions({"o", "cancel", "0"}).type, EngineMessageType::cancelButton);
+    EXPECT_EQ(parseMessageOptions({"o", "5", "07 ?"}).type, EngineMessageType::restart);
     EXPECT_EQ(failureOf({"o", "steps", "x"}), ExitStatus::usage);
     EXPECT_EQ(failureOf({"o", "2147483648", "--force"}), ExitStatus::usage);
 }
@@ -57,7 +60,7 @@ TEST(MessageOptionsTest, RefuseAMessageThatWouldBeIgnored) {
                                                                                      {"network", "3"},
                                                                                      {"cancel", "2"},
                                                                                      {"end", "2"},
-                                                                                     {"7", ""},
+                                                                                     {kUnassigned, ""},
                                                                                      {"-1", ""}}) {
         EXPECT_EQ(failureOfMessage(type, text), ExitStatus::badData) << type << " " << text;
     }

@@ -4,7 +4,7 @@ import re
 from pathlib import Path
 
 ROOT = Path(__file__).resolve().parents[3]
-_FOLDERS = ("app", "config", "download", "engine", "log", "platform", "verify")
+_FOLDERS = ("app", "config", "download", "engine", "log", "model", "platform", "verify")
 _LITERAL = re.compile(r'"((?:[^"\\]|\\.)*)"')
 _COMMENT = re.compile(r"//.*")
 _ESCAPES = {r"\"": '"', r"\n": "\n", r"\\": "\\"}
@@ -49,6 +49,11 @@ def literals(code):
             texts.append(text)
         end = literal.end()
     return texts
+
+
+def first_unassigned_text():
+    header = (ROOT / "src/model/TextIdentifiers.h").read_text()
+    return int(re.search(r"kFirstUnassigned = (\d+);", header)[1])
 
 
 def written_texts():

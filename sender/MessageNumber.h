@@ -1,11 +1,16 @@
-#include "engine/MessageNumber.h"
+#pragma once
 
 #include <charconv>
+#include <cstdint>
+#include <optional>
+#include <string_view>
 #include <system_error>
 
 namespace orvane {
 
-std::optional<std::int64_t> messageNumber(std::string_view text) {
+/// Reads the whole of `text` as a decimal number: an optional sign, then ASCII digits and nothing else,
+/// within the signed 64-bit range. Anything else is no number.
+inline std::optional<std::int64_t> messageNumber(std::string_view text) {
     // std::from_chars knows the minus sign but not the plus sign, which must not bring a second sign with it.
     if (text.starts_with('+')) {
         text.remove_prefix(1);

@@ -1,4 +1,4 @@
-#include "engine/MessageNumber.h"
+#include "sender/MessageNumber.h"
 
 #include <gtest/gtest.h>
 
