@@ -7,8 +7,6 @@ namespace orvane::platform {
 
 namespace {
 
-constexpr int kExtent = 40; ///< the signs below are drawn in a square of this side
-
 /// A triangle with an exclamation mark. The wide pen rounds the corners.
 void drawWarning(QPainter& painter) {
     const QColor amber(0xF5, 0xB4, 0x00);
@@ -34,7 +32,7 @@ void drawCritical(QPainter& painter) {
 } // namespace
 
 AlertIcon::AlertIcon(AlertStyle alertStyle, QWidget* parent) : QWidget(parent), alertStyle_(alertStyle) {
-    setFixedSize(kExtent, kExtent);
+    setFixedSize(kAlertIconExtent, kAlertIconExtent);
 }
 
 void AlertIcon::paintEvent(QPaintEvent* /*event*/) {

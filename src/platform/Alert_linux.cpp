@@ -29,6 +29,9 @@ constexpr int kSpacing = 16;
 constexpr int kButtonSpacing = 8;
 constexpr QSize kLeastButtonSize(88, 28);
 
+/// What an alert's width takes up beside its text: margins, icon, spacing and a window manager's frame.
+constexpr int kBesideText = 2 * kMargin + kAlertIconExtent + kSpacing - 2 * kTextOverhang + 8;
+
 /// A window that a minimised parent might hide is better off without it.
 QWidget* alertParent() {
     MainWindow* window = MainWindow::instance();
@@ -90,10 +93,12 @@ QWidget* AlertDialog::makeMessage(const Alert& alert) {
     const QString text = plainText(alert.messageText);
     WrappingLabel measure(nullptr);
     measure.setPlainText(text);
-    const int width = std::max(kNarrowestText, measure.balancedWidth(kWidestText));
+    const QSize room = screen()->availableGeometry().size();
+    const int widest = std::clamp(room.width() - kBesideText, kNarrowestText, kWidestText);
+    const int width = std::max(kNarrowestText, measure.balancedWidth(widest));
     auto* message = new ScrollingText(width, this);
     message->setText(text);
-    const int tallest = qRound(screen()->availableGeometry().height() * kTallestTextOfScreen);
+    const int tallest = qRound(room.height() * kTallestTextOfScreen);
     message->setFixedSize(width, std::min(message->sizeHint().height(), tallest));
     return message;
 }

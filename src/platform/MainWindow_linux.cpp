@@ -22,8 +22,8 @@ namespace orvane::platform {
 
 namespace {
 
-constexpr int kContentWidth = kWindowWidth - 2 * kWindowMargin;
-constexpr int kTextWidth = kContentWidth + 2 * kTextOverhang;
+/// Room on the screen for the frame that a window manager adds.
+constexpr QSize kFrame(8, 40);
 
 /// A window on another desktop, or on a locked screen, may never be exposed; the run must begin all the same.
 constexpr std::chrono::seconds kLongestWaitForExpose{3};
@@ -70,8 +70,9 @@ MainWindow::MainWindow(const QString& title) {
     theMainWindow = this;
     setWindowTitle(title);
     setWindowFlag(Qt::WindowMaximizeButtonHint, false);
-    setFixedSize(kWindowWidth, kWindowHeight);
-    move(screen()->availableGeometry().center() - rect().center());
+    const QRect room = screen()->availableGeometry();
+    setFixedSize(QSize(kWindowWidth, kWindowHeight).boundedTo(room.size() - kFrame));
+    move(room.center() - rect().center());
 
     setCentralWidget(new QWidget(this));
     auto* layout = new QVBoxLayout(centralWidget());
@@ -107,8 +108,9 @@ void MainWindow::awaitFirstExpose() {
 }
 
 void MainWindow::addTexts(QVBoxLayout& layout) {
-    auto* step = new ScrollingText(kTextWidth, this);
-    auto* error = new ScrollingText(kTextWidth, this);
+    const int textWidth = width() - 2 * (kWindowMargin - kTextOverhang);
+    auto* step = new ScrollingText(textWidth, this);
+    auto* error = new ScrollingText(textWidth, this);
     layout.addWidget(step);
     layout.addSpacing(kTextSpacing);
     layout.addWidget(error);
@@ -127,7 +129,7 @@ void MainWindow::addProgressBar(QVBoxLayout& layout) {
 
 void MainWindow::addCancelButton(QVBoxLayout& layout) {
     cancelButton_ = new GroundButton(this);
-    cancelButton_->setMaximumWidth(kContentWidth);
+    cancelButton_->setMaximumWidth(width() - 2 * kWindowMargin);
     // Outside a dialog a button takes the Return key only if told so.
     cancelButton_->setAutoDefault(true);
     cancelButton_->setFocus();

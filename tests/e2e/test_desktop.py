@@ -93,3 +93,36 @@ def test_neither_a_qt_conf_nor_plugins_beside_the_program_are_obeyed(rehearsal):
     assert "checking directory path" in run.errors(), "the toolkit reports no plugin folder that it looks into"
     assert str(folder) not in run.errors()
     run.kill()
+
+
+SMALL = (800, 600)
+
+
+def is_on(stage, screen):
+    """Whether all of the window on top is on the screen."""
+    left, top, right, bottom = stage.window_area(TITLE)
+    return left >= 0 and top >= 0 and right <= screen[0] and bottom <= screen[1]
+
+
+@pytest.fixture
+def small_screen():
+    stage = Desktop(f"{SMALL[0]}x{SMALL[1]}x24")
+    stage.start_window_manager()
+    yield stage
+    stage.close()
+
+
+def test_window_and_alert_fit_a_small_screen_at_scale_2(rehearsal, small_screen):
+    fatal = "Le disque est plein. " * 60
+    rehearsal.scenario("step " + "Installation des composants " * 8, "error " + "Le modèle existe déjà " * 20,
+                       "progress 40", rehearsal.gate("seen"), f"fatal {fatal}")
+    rehearsal.vendor_with_engine()
+    run = rehearsal.start(variables={"DISPLAY": small_screen.variables["DISPLAY"], "QT_SCALE_FACTOR": "2"})
+    run.window.await_progress(40)
+    run.window.await_focus(French.cancel)
+    assert is_on(small_screen, SMALL)
+    rehearsal.open_gate("seen")
+    run.window.await_alert(fatal)
+    assert is_on(small_screen, SMALL)
+    run.window.press("OK")
+    assert run.status() == 1

@@ -2,6 +2,7 @@
 
 import ctypes
 import os
+import re
 import shutil
 import subprocess
 import tempfile
@@ -36,7 +37,7 @@ THREAD_SANITIZER = "halt_on_error=1:ignore_noninstrumented_modules=1"
 class Desktop:
     """Stands until `close`. Sockets lie at paths, so that they are reached from other network namespaces too."""
 
-    def __init__(self):
+    def __init__(self, screen=SCREEN):
         self.folder = Path(tempfile.mkdtemp(prefix="orvane-e2e-", dir="/tmp"))
         self.home = self.folder / "home"
         self.home.mkdir()
@@ -46,7 +47,7 @@ class Desktop:
             "HOME": str(self.home),
             "XDG_RUNTIME_DIR": str(self.folder),
             "LC_ALL": "C.UTF-8",
-            "DISPLAY": self._start_screen(),
+            "DISPLAY": self._start_screen(screen),
             "QT_QPA_PLATFORM": "xcb",
             "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1",
             "TSAN_OPTIONS": THREAD_SANITIZER,
@@ -112,9 +113,11 @@ class Desktop:
 
     def window_area(self, title):
         """Left, top, right and bottom of the window on top."""
-        lines = self._xdotool("getwindowgeometry", "--shell", self.window_number(title)).splitlines()
-        geometry = {name: int(value) for name, value in (line.split("=") for line in lines)}
-        return (geometry["X"], geometry["Y"], geometry["X"] + geometry["WIDTH"], geometry["Y"] + geometry["HEIGHT"])
+        text = subprocess.run(["xwininfo", "-id", self.window_number(title)], env=self.variables, check=True, timeout=60,
+                              stdout=subprocess.PIPE, text=True).stdout
+        left, top, width, height = (int(re.search(rf"{name}: +(-?\d+)", text)[1])
+                                    for name in ("Absolute upper-left X", "Absolute upper-left Y", "Width", "Height"))
+        return (left, top, left + width, top + height)
 
     def window_property(self, title, name):
         """A property of the window on top, as xprop words it."""
@@ -157,9 +160,9 @@ class Desktop:
             raise RuntimeError(f"{command[0]} does not start, see {self.folder}")
         return line
 
-    def _start_screen(self):
+    def _start_screen(self, screen):
         # A server that resets itself when its last client leaves may turn the next client away meanwhile.
-        return ":" + self._start(["Xvfb", "-noreset", "-displayfd", "{}", "-screen", "0", SCREEN,
+        return ":" + self._start(["Xvfb", "-noreset", "-displayfd", "{}", "-screen", "0", screen,
                                   "-nolisten", "tcp"], "screen")
 
     def _start_bus(self):
