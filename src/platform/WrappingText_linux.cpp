@@ -1,8 +1,10 @@
 #include "platform/WrappingText_linux.h"
 
 #include <QAccessibleWidget>
+#include <QGlyphRun>
 #include <QKeyEvent>
 #include <QPainter>
+#include <QRawFont>
 #include <QScrollBar>
 #include <QTextBoundaryFinder>
 #include <QTextLayout>
@@ -26,7 +28,9 @@ constexpr const char* kScrollBarLook = R"(
 )";
 
 constexpr int kFewestLinesShown = 3;
-constexpr qreal kLineSpacing = 1.15; ///< of the font's own line height
+constexpr qreal kLineSpacing = 1.15;   ///< of the font's own line height
+constexpr qreal kMostLinesOfMarks = 2; ///< above, below and beside a line
+constexpr qreal kSmoothing = 2;        ///< around a glyph, in pixels that its rectangle may leave out
 
 /// No character of any script takes more UTF-16 units with all that combines with it.
 constexpr qsizetype kLongestCharacter = 32;
@@ -81,18 +85,60 @@ QTextOption wrappingOption(const QString& text) {
     return option;
 }
 
-/// Breaks the layout's text into lines of at most `width` and returns the width and height they take.
-QSizeF breakLines(QTextLayout& layout, qreal width) {
-    QSizeF taken(0, 0);
+/// What the marks of a text need beyond the lines' own height and width.
+struct RoomForMarks {
+    qreal above = 0;
+    qreal below = 0;
+    qreal right = 0;
+};
+
+qreal lineHeightOf(const QTextLine& line) { return std::ceil(line.height() * kLineSpacing); }
+
+/// Breaks the layout's text into lines of at most `width` and returns the height they take.
+qreal breakLines(QTextLayout& layout, qreal width, const RoomForMarks& room) {
+    qreal height = 0;
     layout.beginLayout();
     for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
-        line.setLineWidth(width);
-        line.setPosition(QPointF(0, taken.height()));
-        taken = QSizeF(std::max(taken.width(), line.naturalTextWidth()),
-                       taken.height() + std::ceil(line.height() * kLineSpacing));
+        line.setLineWidth(std::max(1.0, width - room.right));
+        line.setPosition(QPointF(0, height + room.above));
+        height += room.above + lineHeightOf(line) + room.below;
     }
     layout.endLayout();
-    return taken;
+    return height;
+}
+
+bool hasMarks(const QString& text) {
+    return std::any_of(text.begin(), text.end(), [](QChar character) { return character.isMark(); });
+}
+
+/// What the glyphs cover. A glyph run's own rectangle is that of the line.
+QRectF inkOf(const QTextLine& line) {
+    QRectF ink;
+    for (const QGlyphRun& run : line.glyphRuns()) {
+        const QList<quint32> glyphs = run.glyphIndexes();
+        const QList<QPointF> positions = run.positions();
+        for (qsizetype index = 0; index < glyphs.size(); ++index) {
+            ink |= run.rawFont().boundingRect(glyphs.at(index)).translated(positions.at(index));
+        }
+    }
+    return ink;
+}
+
+/// Some fonts stack marks beyond the height of their lines, or draw them far beside their letter. A stack
+/// without end gets no room without end.
+RoomForMarks roomForMarks(const QTextLayout& layout, qreal width) {
+    RoomForMarks room;
+    for (int index = 0; index < layout.lineCount(); ++index) {
+        const QTextLine line = layout.lineAt(index);
+        const QRectF ink = inkOf(line);
+        const auto grow = [most = kMostLinesOfMarks * line.height()](qreal& side, qreal needed) {
+            side = std::max(side, std::min(needed + kSmoothing, most));
+        };
+        grow(room.above, line.y() - ink.top());
+        grow(room.below, ink.bottom() - line.y() - lineHeightOf(line));
+        grow(room.right, ink.right() - width - kTextOverhang);
+    }
+    return {std::ceil(room.above), std::ceil(room.below), room.right};
 }
 
 /// Qt's own view of a scroll area trusts the index of the child that it is asked for, and so a screen reader
@@ -137,7 +183,19 @@ int WrappingLabel::balancedWidth(int maximumWidth) const {
     return wideEnough;
 }
 
-int WrappingLabel::heightForWidth(int width) const { return roundedUp(sizeTaken(width).height()); }
+int WrappingLabel::heightForWidth(int width) const { return roundedUp(heightTaken(width)); }
+
+int WrappingLabel::lineHeight(int width) const {
+    qreal height = kLineSpacing * fontMetrics().height();
+    if (hasMarks(shownText_)) {
+        layOut(width, [&height](const QTextLayout& layout) {
+            if (layout.lineCount() > 1) {
+                height = layout.lineAt(1).y() - layout.lineAt(0).y();
+            }
+        });
+    }
+    return roundedUp(height);
+}
 
 QSize WrappingLabel::sizeHint() const { return {width(), heightForWidth(width())}; }
 
@@ -150,18 +208,22 @@ void WrappingLabel::paintEvent(QPaintEvent* /*event*/) {
 }
 
 template <typename Use>
-QSizeF WrappingLabel::layOut(int width, Use use) const {
+qreal WrappingLabel::layOut(int width, Use use) const {
     if (shownText_.isEmpty()) {
-        return {0, 0};
+        return 0;
     }
     QTextLayout layout(shownText_, font(), this);
     layout.setTextOption(wrappingOption(shownText_));
-    const QSizeF taken = breakLines(layout, std::max(1, width - 2 * kTextOverhang));
+    const qreal lineWidth = std::max(1, width - 2 * kTextOverhang);
+    qreal height = breakLines(layout, lineWidth, {});
+    if (hasMarks(shownText_)) {
+        height = breakLines(layout, lineWidth, roomForMarks(layout, lineWidth));
+    }
     use(layout);
-    return taken;
+    return height;
 }
 
-QSizeF WrappingLabel::sizeTaken(int width) const {
+qreal WrappingLabel::heightTaken(int width) const {
     return layOut(width, [](const QTextLayout&) {});
 }
 
@@ -242,7 +304,7 @@ void ScrollingText::showWholeLines() {
     verticalScrollBar()->setSingleStep(lineHeight());
 }
 
-int ScrollingText::lineHeight() const { return roundedUp(kLineSpacing * label_->fontMetrics().height()); }
+int ScrollingText::lineHeight() const { return label_->lineHeight(viewport()->width()); }
 
 /// The keyboard does not stay with a text that it no longer reaches.
 void ScrollingText::setReachableByKeyboard(bool reachable) {

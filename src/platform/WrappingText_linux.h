@@ -28,6 +28,9 @@ public:
     /// needs no more lines than at that one.
     int balancedWidth(int maximumWidth) const;
 
+    /// From one line to the next.
+    int lineHeight(int width) const;
+
     int heightForWidth(int width) const override;
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
@@ -36,10 +39,10 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    /// Breaks the text into lines at `width`, hands the layout to `use` and returns the size it takes.
+    /// Breaks the text into lines at `width`, hands the layout to `use` and returns the height it takes.
     template <typename Use>
-    QSizeF layOut(int width, Use use) const;
-    QSizeF sizeTaken(int width) const;
+    qreal layOut(int width, Use use) const;
+    qreal heightTaken(int width) const;
 
     QString shownText_; ///< the text with the line breaks and break opportunities that the layout needs
 };

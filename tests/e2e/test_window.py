@@ -40,11 +40,11 @@ TEXTS = {
 }
 
 
-@pytest.fixture
-def run(rehearsal):
+@pytest.fixture(params=[["dejavu"], ["dejavu", "noto"]], ids=["few fonts", "many fonts"])
+def run(rehearsal, desktop, request):
     rehearsal.scenario("progress 30", "step Avant", "error Avant", "wait-owner-gone")
     rehearsal.vendor_with_engine()
-    run = rehearsal.start()
+    run = rehearsal.start(variables=desktop.fonts(*request.param))
     run.window.await_step("Avant")
     run.window.await_error("Avant")
     return run
@@ -84,3 +84,16 @@ def test_no_text_moves_or_spoils_the_window_or_its_alert(rehearsal, desktop, pic
     assert width < 800 and height < 1000
     desktop.type_keys(TITLE, "Return")
     assert run.status() == 1
+
+
+@pytest.mark.parametrize("marks", ["\u0301" * 6, "\u0323" * 6, "\u0301\u0323\u0489"],
+                         ids=["above", "below", "all around"])
+def test_stacked_marks_are_cut_at_neither_edge(desktop, run, marks):
+    text = f"Cha{marks}que e{marks}tape"
+    run.send(1, text)
+    run.window.await_step(text)
+    label = desktop.pixels(run.window.area_of(text, "label"))
+    assert label.contrast() > 4.5
+    for edge in (label.part(0, 0, label.width, 1), label.part(0, label.height - 1, label.width, label.height)):
+        assert set(edge.counts()) == {GROUND}
+    run.kill()

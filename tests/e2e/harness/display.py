@@ -51,6 +51,7 @@ class Desktop:
             "QT_QPA_PLATFORM": "xcb",
             "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1",
             "TSAN_OPTIONS": THREAD_SANITIZER,
+            **self.fonts("dejavu"),
             processes.MARK: str(self.folder),
         }
         self.variables["DBUS_SESSION_BUS_ADDRESS"] = self._start_bus()
@@ -76,6 +77,15 @@ class Desktop:
     def _root_property(self, name):
         return subprocess.run(["xprop", "-root", name], env=self.variables, check=True, timeout=60,
                               stdout=subprocess.PIPE, text=True).stdout
+
+    def fonts(self, *folders):
+        """What to add to a program's variables for it to find these fonts and no others, whatever is installed."""
+        file = self.folder / f"fonts-{'-'.join(folders)}.conf"
+        places = "".join(f"<dir>/usr/share/fonts/truetype/{folder}</dir>" for folder in folders)
+        file.write_text('<?xml version="1.0"?><!DOCTYPE fontconfig SYSTEM "fonts.dtd"><fontconfig>'
+                        f"{places}<cachedir>{self.folder}/fontconfig</cachedir>"
+                        '<include ignore_missing="yes">/etc/fonts/conf.d</include></fontconfig>')
+        return {"FONTCONFIG_FILE": str(file)}
 
     def dark(self):
         """What to add to a program's variables for it to find a desktop in dark colours."""
