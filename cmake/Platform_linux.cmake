@@ -1,6 +1,7 @@
 # What the program is made of on Linux, and what Debian's packages it takes for it.
 
 find_package(CURL REQUIRED)
+find_package(nlohmann_json REQUIRED) # for demo, tools and tests
 find_package(OpenSSL REQUIRED)
 find_package(CLI11 REQUIRED)
 

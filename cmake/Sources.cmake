@@ -22,6 +22,7 @@ set(ORVANE_PORTABLE_SOURCES
     src/model/DescribedEngine.cpp
     src/model/ExecutableBit.cpp
     src/model/FileDownloadInfo.cpp
+    src/model/JsonMembers.cpp
     src/platform/BoundedRequest.cpp
     src/platform/Controls.cpp
     src/platform/Digest.cpp

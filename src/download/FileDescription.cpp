@@ -22,7 +22,8 @@ std::optional<FileDownloadInfo> fetchFileDescription(const std::string& url, std
         if (!isValidUtf8(text)) {
             invalidInputNotLogged("the file description is not valid UTF-8");
         }
-        logger->WriteProgramLog("Orvane download info is " + std::string(text));
+        // Appended, which spares a second copy of what may be 64 MiB.
+        logger->WriteProgramLog(std::string("Orvane download info is ").append(text));
     }
     try {
         return decodeFileDownloadInfo(body);

@@ -1,84 +1,108 @@
 #include "model/FileDownloadInfo.h"
 
+#include "model/JsonMembers.h"
 #include "platform/Error.h"
+#include "platform/Utf8.h"
 
-#include <limits>
+#include <charconv>
+#include <map>
 #include <string_view>
-
-#include <nlohmann/json.hpp>
 
 namespace orvane {
 
 namespace {
 
-using Json = nlohmann::json;
-
 [[noreturn]] void refuse(const std::string& why) {
     throw platform::Error("OrvaneBootstrap.FileDownloadInfo", 1, why);
 }
 
-const Json& requiredValue(const Json& document, const char* key) {
-    const auto found = document.find(key);
-    if (found == document.end()) {
-        refuse(std::string("The key ") + key + " is missing");
-    }
-    return *found;
+[[noreturn]] void refuseAt(const std::string& what, std::size_t position) {
+    refuse("The document is not valid JSON: " + what + " at byte " + std::to_string(position + 1));
 }
 
-std::string requiredText(const Json& document, const char* key) {
-    const Json& value = requiredValue(document, key);
-    if (!value.is_string()) {
-        refuse(std::string("The value of ") + key + " is not a text");
+/// The values of the description's own keys, as the document holds them. Of two under one key the last
+/// counts.
+class Members {
+public:
+    explicit Members(std::string_view document) {
+        const JsonOutcome outcome = readJsonMembers(
+            document, [this](std::string_view key, const JsonValue& value) { keep(key, value); });
+        if (outcome.errorPosition) {
+            refuseAt("a syntax error", *outcome.errorPosition);
+        }
+        if (!outcome.isObject) {
+            refuse("The document is not a JSON object");
+        }
     }
-    return value.get<std::string>();
-}
 
-/// The parser reads a whole number as unsigned where it can, as signed where it is negative, and as floating
-/// point where it has a fraction or an exponent or fits neither.
-std::int64_t requiredWholeNumber(const Json& document, const char* key) {
-    const Json& value = requiredValue(document, key);
-    const bool tooLarge =
-        value.is_number_unsigned() &&
-        value.get<std::uint64_t>() > std::uint64_t{std::numeric_limits<std::int64_t>::max()};
-    if (!value.is_number_integer() || tooLarge) {
-        refuse(std::string("The value of ") + key + " is not a whole number of 64 bits");
+    std::string text(std::string_view key) const {
+        const JsonValue& value = required(key);
+        if (value.kind != JsonValue::Kind::text) {
+            refuse("The value of " + std::string(key) + " is not a text");
+        }
+        return jsonText(value.written);
     }
-    return value.get<std::int64_t>();
-}
 
-/// A refusal says where, and leaves out the parser's own words: they quote the document, and may cut a
-/// character in two.
-Json parsed(ByteView document) {
-    const std::string what = "The document is not valid JSON: ";
-    const std::string_view text = textOf(document);
-    // The parser would take a NUL for the end of the document and let anything follow it.
-    if (const std::size_t nul = text.find('\0'); nul != std::string_view::npos) {
-        refuse(what + "a NUL at byte " + std::to_string(nul + 1));
+    std::int64_t wholeNumber(std::string_view key) const {
+        const JsonValue& value = required(key);
+        const char* const end = value.written.data() + value.written.size();
+        std::int64_t number = 0;
+        const auto [rest, failure] = std::from_chars(value.written.data(), end, number);
+        if (value.kind != JsonValue::Kind::number || failure != std::errc() || rest != end) {
+            refuse("The value of " + std::string(key) + " is not a whole number of 64 bits");
+        }
+        return number;
     }
-    try {
-        return Json::parse(text);
-    } catch (const Json::parse_error& error) {
-        refuse(what + "a syntax error at byte " + std::to_string(error.byte));
-    } catch (const Json::exception&) { // of which parsing throws no other
-        refuse(what + "a number out of range");
+
+private:
+    void keep(std::string_view writtenKey, const JsonValue& value) {
+        constexpr std::size_t kLongestKey = std::string_view("EncryptedFileChecksum").size();
+        constexpr std::size_t kLongestEscape = std::string_view("\\u0000").size();
+        if (writtenKey.size() > kLongestKey * kLongestEscape) {
+            return;
+        }
+        if (const auto found = values_.find(jsonText(writtenKey)); found != values_.end()) {
+            found->second = value;
+        }
     }
-}
+
+    const JsonValue& required(std::string_view key) const {
+        const auto& value = values_.find(key)->second;
+        if (!value) {
+            refuse("The key " + std::string(key) + " is missing");
+        }
+        return *value;
+    }
+
+    std::map<std::string, std::optional<JsonValue>, std::less<>> values_{{"URL", {}},
+                                                                         {"Checksum", {}},
+                                                                         {"ChecksumAlgorithm", {}},
+                                                                         {"EncryptedFileChecksum", {}},
+                                                                         {"EncryptionAlgorithm", {}},
+                                                                         {"Size", {}},
+                                                                         {"Version", {}}};
+};
 
 } // namespace
 
+/// A refusal quotes nothing of the document: a quotation could cut a character in two.
 FileDownloadInfo decodeFileDownloadInfo(ByteView document) {
-    const Json json = parsed(document);
-    if (!json.is_object()) {
-        refuse("The document is not a JSON object");
+    const std::string_view text = textOf(document);
+    if (const std::size_t nul = text.find('\0'); nul != std::string_view::npos) {
+        refuseAt("a NUL", nul);
     }
+    if (const std::size_t valid = validUtf8Length(text); valid != text.size()) {
+        refuseAt("no UTF-8", valid);
+    }
+    const Members members(text);
     return {
-        .URL = requiredText(json, "URL"),
-        .Checksum = requiredText(json, "Checksum"),
-        .ChecksumAlgorithm = requiredText(json, "ChecksumAlgorithm"),
-        .EncryptedFileChecksum = requiredText(json, "EncryptedFileChecksum"),
-        .EncryptionAlgorithm = requiredText(json, "EncryptionAlgorithm"),
-        .Size = requiredWholeNumber(json, "Size"),
-        .Version = requiredText(json, "Version"),
+        .URL = members.text("URL"),
+        .Checksum = members.text("Checksum"),
+        .ChecksumAlgorithm = members.text("ChecksumAlgorithm"),
+        .EncryptedFileChecksum = members.text("EncryptedFileChecksum"),
+        .EncryptionAlgorithm = members.text("EncryptionAlgorithm"),
+        .Size = members.wholeNumber("Size"),
+        .Version = members.text("Version"),
     };
 }
 

@@ -54,16 +54,18 @@ bool isSequence(std::string_view text, std::size_t position, const SequenceForm&
 
 } // namespace
 
-bool isValidUtf8(std::string_view text) {
+bool isValidUtf8(std::string_view text) { return validUtf8Length(text) == text.size(); }
+
+std::size_t validUtf8Length(std::string_view text) {
     std::size_t position = 0;
     while (position < text.size()) {
         const SequenceForm form = formOf(byteAt(text, position));
         if (!isSequence(text, position, form)) {
-            return false;
+            break;
         }
         position += form.length;
     }
-    return true;
+    return position;
 }
 
 } // namespace orvane

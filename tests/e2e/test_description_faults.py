@@ -93,6 +93,25 @@ def test_a_key_between_10000_levels_of_another_is_read(rehearsal):
     assert vendor.requests() == [DESCRIPTION, ENGINE]
 
 
+@pytest.mark.parametrize("value", ["1e999", "7" * 400, "[" * (30 * MEBIBYTE) + "]" * (30 * MEBIBYTE), "[" * (60 * MEBIBYTE)],
+                         ids=["1e999", "400 digits", "30 MiB deep", "60 MiB opened"])
+def test_a_strange_value_under_another_key_is_skipped_in_little_memory(rehearsal, value):
+    """The body, its log line with the two copies that exist while it is written, and 32 MiB."""
+    rehearsal.scenario("step Prêt", "wait-interrupt")
+    vendor = rehearsal.vendor_with_engine()
+    plain = rehearsal.start()
+    plain.window.await_step("Prêt")
+    usual = plain.peak_memory()
+    plain.kill()
+    text = description_text(rehearsal, vendor)
+    describe(vendor, f'{{"Mirrors": {value}, {text[1:]}'.encode())
+    run = rehearsal.start()
+    run.window.await_step("Prêt")
+    if not rehearsal.is_sanitized:
+        assert run.peak_memory() < usual + 4 * len(value) + 32 * MEBIBYTE
+    run.kill()
+
+
 @pytest.mark.parametrize("versions, ends_well", [(("15.0", "14.2.7"), True), (("14.2.7", "15.0"), False)])
 def test_of_two_values_under_one_key_the_last_counts(rehearsal, versions, ends_well):
     rehearsal.scenario("end 0")
@@ -143,8 +162,7 @@ def test_a_key_that_is_missing_or_of_the_wrong_type_is_named_in_the_log(rehearsa
 def test_a_size_that_is_no_whole_number_of_64_bits_makes_the_description_none(rehearsal, size):
     vendor = rehearsal.vendor()
     describe(vendor, with_size(description_text(rehearsal, vendor), size).encode())
-    assert refusal_in(rehearsal, rehearsal.start()) in (
-        "The value of Size is not a whole number of 64 bits", "The document is not valid JSON: a number out of range")
+    assert refusal_in(rehearsal, rehearsal.start()) == "The value of Size is not a whole number of 64 bits"
 
 
 @pytest.mark.parametrize("size", ["-1", "0", "9223372036854775807", "-9223372036854775808"])

@@ -58,6 +58,30 @@ TEST(FileDownloadInfoTest, OtherKeysAreIgnored) {
               decoded(document("1")));
 }
 
+TEST(FileDownloadInfoTest, OtherKeysAreSkippedWhateverTheyHold) {
+    const std::string deep(1'000'000, '[');
+    for (const std::string& value :
+         {std::string("1e999"), std::string("-1E-999"), std::string(400, '7'), "0." + std::string(400, '7'),
+          deep + std::string(deep.size(), ']'), std::string(R"("\ud83d\ude00 \n")"),
+          '"' + std::string(1'000'000, 'x') + '"',
+          std::string(R"({"URL": 1, "a": [true, {"": [null, {}, []]}], "Size": false})")}) {
+        EXPECT_EQ(decoded(document("1", ", \"Other\": " + value)), decoded(document("1")))
+            << value.substr(0, 50);
+    }
+    EXPECT_EQ(decoded(document("1", ", \"" + std::string(1'000'000, 'k') + "\": 1")), decoded(document("1")));
+}
+
+TEST(FileDownloadInfoTest, OfTwoValuesUnderOneKeyTheLastCounts) {
+    EXPECT_EQ(decoded(document("1", R"(, "Size": 2)")).Size, 2);
+    EXPECT_EQ(decoded(document("[]", R"(, "Size": 2)")).Size, 2);
+    EXPECT_EQ(refusal(document("1", R"(, "Size": null)")),
+              "The value of Size is not a whole number of 64 bits");
+}
+
+TEST(FileDownloadInfoTest, AKeyMayBeWrittenWithEscapes) {
+    EXPECT_EQ(decoded(replaced(document(), "\"Version\"", R"("\u0056ersio\u006E")")), decoded(document()));
+}
+
 TEST(FileDownloadInfoTest, TheEmptyCipherDecodes) {
     EXPECT_EQ(decoded(replaced(document(), R"("xor")", R"("")")).EncryptionAlgorithm, "");
 }
@@ -87,7 +111,7 @@ TEST(FileDownloadInfoTest, ATextMustBeAText) {
 
 TEST(FileDownloadInfoTest, TheSizeMustBeAWholeNumber) {
     for (const char* value : {R"("123")", "12.5", "12.0", "1e3", "null", "true", "[1]", "9223372036854775808",
-                              "-9223372036854775809", "100000000000000000000"}) {
+                              "-9223372036854775809", "100000000000000000000", "1e400"}) {
         EXPECT_EQ(refusal(document(value)), "The value of Size is not a whole number of 64 bits") << value;
     }
 }
@@ -110,7 +134,11 @@ TEST(FileDownloadInfoTest, WhatIsNotJsonIsRefused) {
 TEST(FileDownloadInfoTest, ARefusalSaysAtWhichByteTheDocumentBreaksOff) {
     EXPECT_EQ(refusal("<html>"), "The document is not valid JSON: a syntax error at byte 1");
     EXPECT_EQ(refusal(R"({"URL": x})"), "The document is not valid JSON: a syntax error at byte 9");
-    EXPECT_EQ(refusal(document("1e400")), "The document is not valid JSON: a number out of range");
+    EXPECT_EQ(refusal(document().substr(0, 100)),
+              "The document is not valid JSON: a syntax error at byte 101");
+    EXPECT_EQ(refusal(replaced(document(), "14.2.7", "14\xFF")),
+              "The document is not valid JSON: no UTF-8 at byte " +
+                  std::to_string(document().find("14.2.7") + 3));
 }
 
 TEST(FileDownloadInfoTest, ARefusalQuotesNothingOfTheDocumentSoNoCharacterIsCutInTwo) {
