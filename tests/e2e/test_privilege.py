@@ -66,7 +66,7 @@ def test_no_variable_moves_what_the_product_writes_or_whom_it_asks(product):
 # Permissions.
 
 
-@pytest.mark.parametrize("umask", [0o022, 0o027, 0o077])
+@pytest.mark.parametrize("umask", [0o000, 0o002, 0o020, 0o022, 0o027, 0o077])
 def test_files_and_folders_get_default_permissions_and_nobody_else_may_write_them(product, umask):
     product.scenario("end 0")
     product.trusted_vendor(product.sample_engine, cipher="xor")
@@ -76,9 +76,9 @@ def test_files_and_folders_get_default_permissions_and_nobody_else_may_write_the
     for path in [root / thing for thing in things_in(root, "opt", "Library")]:
         mode = path.stat().st_mode
         if stat.S_ISDIR(mode):
-            expected = 0o777 & ~umask
+            expected = 0o755 & ~umask
         else:
-            expected = 0o744 if path == product.engine_path else 0o666 & ~umask
+            expected = 0o744 if path == product.engine_path else 0o644 & ~umask
         assert oct(stat.S_IMODE(mode)) == oct(expected), path
         assert mode & 0o022 == 0, path
 
