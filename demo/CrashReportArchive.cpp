@@ -1,5 +1,7 @@
 #include "demo/CrashReportArchive.h"
 
+#include "tools/Base64Decoder.h"
+
 #include <array>
 #include <cstdio>
 #include <fstream>
@@ -7,16 +9,6 @@
 
 namespace orvane::demo {
 namespace {
-
-constexpr std::string_view kAlphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-
-std::uint32_t digitOf(char character) {
-    const std::size_t digit = kAlphabet.find(character);
-    if (digit == std::string_view::npos) {
-        throw CrashReportError("the report is not base64");
-    }
-    return static_cast<std::uint32_t>(digit);
-}
 
 std::string readableLog(const std::string& report) {
     const auto document = nlohmann::json::parse(report, nullptr, false);
@@ -28,7 +20,11 @@ std::string readableLog(const std::string& report) {
             throw CrashReportError(std::string("the report lacks the text ") + key);
         }
     }
-    return decodeBase64(document["Report"].get<std::string>());
+    auto log = tools::base64Decoded(document["Report"].get_ref<const std::string&>());
+    if (!log) {
+        throw CrashReportError("the report is not base64");
+    }
+    return std::move(*log);
 }
 
 void writeFile(const std::filesystem::path& file, const std::string& contents) {
@@ -39,25 +35,6 @@ void writeFile(const std::filesystem::path& file, const std::string& contents) {
 }
 
 } // namespace
-
-std::string decodeBase64(std::string_view text) {
-    if (text.size() % 4 != 0) {
-        throw CrashReportError("the report is not base64: its length is no multiple of four");
-    }
-    std::string decoded;
-    for (; !text.empty(); text.remove_prefix(4)) {
-        const bool last = text.size() == 4;
-        const std::size_t padding = !last || text[3] != '=' ? 0 : (text[2] == '=' ? 2 : 1);
-        std::uint32_t group = 0;
-        for (std::size_t index = 0; index < 4; ++index) {
-            group = (group << 6U) | (index >= 4 - padding ? 0U : digitOf(text[index]));
-        }
-        for (std::size_t index = 0; index < 3 - padding; ++index) {
-            decoded.push_back(static_cast<char>((group >> (16 - 8 * index)) & 0xFFU));
-        }
-    }
-    return decoded;
-}
 
 CrashReportArchive::CrashReportArchive(std::filesystem::path folder) : folder_(std::move(folder)) {
     std::filesystem::create_directories(folder_);

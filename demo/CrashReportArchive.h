@@ -4,7 +4,6 @@
 #include <mutex>
 #include <stdexcept>
 #include <string>
-#include <string_view>
 
 namespace orvane::demo {
 
@@ -12,9 +11,6 @@ class CrashReportError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
 };
-
-/// Decodes standard base64 with padding and without line breaks; throws `CrashReportError` for anything else.
-std::string decodeBase64(std::string_view text);
 
 /// Keeps crash reports in a folder: each as it came in NNN.json, its log readable in NNN.log. Any thread.
 class CrashReportArchive {
