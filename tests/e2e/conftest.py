@@ -21,7 +21,7 @@ BUILD = Path(os.environ.get("ORVANE_BUILD", ROOT / "build/release")).resolve()
 RESULTS = Path(os.environ.get("ORVANE_RESULTS", ROOT / "build/e2e")).resolve()
 
 
-PROGRAMS = ("OrvaneBootstrap", "OrvaneBootstrapRehearsal", "VendorServer", "SampleEngine")
+PROGRAMS = ("OrvaneBootstrap", "OrvaneBootstrapRehearsal", "VendorServer", "SampleEngine", "orvane-reports")
 
 
 def pytest_addoption(parser):
@@ -95,6 +95,12 @@ def run(rehearsal):
 def picture(desktop):
     """Keeps a picture of the screen for people to look at, under build/e2e/pictures."""
     return lambda name: desktop.picture(RESULTS / "pictures" / f"{name}.png")
+
+
+@pytest.fixture
+def results():
+    """The folder for what people are to look at."""
+    return RESULTS
 
 
 @pytest.hookimpl(hookwrapper=True)

@@ -114,13 +114,23 @@ def test_every_message_type_stands_in_the_guide_for_engines_and_in_orvane_messag
     assert f"the types 0 to {len(TYPES) - 1}" in unknown.stderr
 
 
-@pytest.mark.parametrize("tool", ["orvane-publish", "orvane-message"])
+COMMANDS = {"orvane-publish": [[], ["verify"]], "orvane-message": [[]], "orvane-reports": [[], ["show"], ["causes"]]}
+
+
+@pytest.mark.parametrize("tool", COMMANDS)
 def test_a_tools_manual_names_every_option_of_its_help(tool, rehearsal):
     manual = (ROOT / f"packaging/man/{tool}.1").read_text()
     helps = [subprocess.run([rehearsal.build / tool, *command, "--help"], capture_output=True, text=True, check=True).stdout
-             for command in ([], ["verify"])[:2 if tool == "orvane-publish" else 1]]
+             for command in COMMANDS[tool]]
     options = {option for text in helps for option in re.findall(r"^  --(\w[\w-]*)", text, re.MULTILINE)} - {"help"}
     assert options and [option for option in options if not re.search(rf"^\.It Fl -{option}\b", manual, re.M)] == []
     statuses = {status for text in helps
                 for status in re.findall(r"\b(\d\d?)\s[a-z]", text.partition("Exit status")[2])}
     assert [status for status in statuses if f".It {status}\n" not in manual] == []
+
+
+def test_the_guide_for_support_has_the_causes_of_orvane_reports(rehearsal):
+    tables = subprocess.run([rehearsal.build / "orvane-reports", "causes", "--markdown"], capture_output=True, text=True,
+                            check=True).stdout
+    shown = SUPPORT_TEXT.partition("<!-- causes -->\n")[2].partition("<!-- end of causes -->")[0]
+    assert shown == tables, "put the output of orvane-reports causes --markdown between the marks"

@@ -3,7 +3,7 @@
 import json
 import os
 
-from . import processes
+from . import processes, reports
 from .program import Run
 from .vendor import Vendor
 from .waiting import eventually
@@ -131,8 +131,17 @@ class Rehearsal:
         for vendor in self.vendors:
             assert not vendor.unexpected(), "the vendor got requests that no client of a vendor should send"
         assert not [run for run in self.runs if run.is_running()], "the test left a program running"
+        self._check_every_cause_is_known()
         expected = {vendor.process for vendor in self.vendors} | set(self.helpers)
         eventually(lambda: not set(processes.marked(self.mark)) - expected, "the end of every engine")
+
+    def _check_every_cause_is_known(self):
+        """Whatever happens to a run, support must be able to tell it by the log."""
+        folders = [self.log_root, *(vendor.folder / "reports" for vendor in self.vendors)]
+        logs = [file for folder in folders for file in folder.rglob("*.*")
+                if file.suffix in (".json", ".log") and file.is_file() and not file.is_symlink()]
+        unknown = [log for log in reports.with_causes(self.build, logs) if log["cause"] == "unrecognised"]
+        assert not unknown, f"orvane-reports finds no cause: {unknown}"
 
     def close(self):
         for run in self.runs:
