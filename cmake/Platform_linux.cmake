@@ -7,7 +7,8 @@ find_package(CLI11 REQUIRED)
 
 target_link_options(orvane_warnings INTERFACE -Wl,--gc-sections -Wl,-z,relro -Wl,-z,now)
 
-set(ORVANE_SYSTEM_SOURCES ${ORVANE_SYSTEM_LINUX_SOURCES})
+# A test program that has an answer of its own to one of the product linkage's questions does not take the archive's.
+set(ORVANE_SYSTEM_SOURCES ${ORVANE_SYSTEM_LINUX_SOURCES} ${ORVANE_PRODUCT_LINKAGE_SOURCES})
 set(ORVANE_SENDER_SOURCES ${ORVANE_ENGINE_SENDER_SOURCES} ${ORVANE_ENGINE_SENDER_LINUX_SOURCES})
 include(cmake/Folders.cmake)
 target_link_libraries(orvane_platform PRIVATE CURL::libcurl OpenSSL::SSL)

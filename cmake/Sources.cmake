@@ -27,6 +27,7 @@ set(ORVANE_PORTABLE_SOURCES
     src/platform/Controls.cpp
     src/platform/Digest.cpp
     src/platform/Error.cpp
+    src/platform/PlainHttp.cpp
     src/platform/PreferredLanguages.cpp
     src/platform/Process.cpp
     src/platform/ProgrammingError.cpp
@@ -45,6 +46,10 @@ set(ORVANE_POSIX_SOURCES
     src/platform/OwnedFile_posix.cpp
     src/platform/ProcessStart_posix.cpp
     src/platform/StandardOutput_posix.cpp)
+
+# What the product answers where a test program may link an answer of its own.
+set(ORVANE_PRODUCT_LINKAGE_SOURCES
+    src/platform/NoPlainHttp.cpp)
 
 set(ORVANE_SYSTEM_LINUX_SOURCES
     src/platform/Bundle_linux.cpp
@@ -110,8 +115,17 @@ set(ORVANE_ENGINE_SENDER_MAC_SOURCES
     sender/EngineMessageSender_mac.cpp)
 
 # The conformance suite of the system half: the same tests on each platform, and what only one of them promises.
-set(ORVANE_CONFORMANCE_SOURCES
+set(ORVANE_TRANSFER_CONFORMANCE_SOURCES
     tests/platform/BoundedRequestTest.cpp
+    tests/platform/RecordingDelegate.cpp
+    tests/platform/UrlSessionControlTest.cpp
+    tests/platform/UrlSessionFaultsTest.cpp
+    tests/platform/UrlSessionFixture.cpp
+    tests/platform/UrlSessionHammerTest.cpp
+    tests/platform/UrlSessionLifeTest.cpp
+    tests/platform/UrlSessionTest.cpp)
+set(ORVANE_CONFORMANCE_SOURCES
+    ${ORVANE_TRANSFER_CONFORMANCE_SOURCES}
     tests/platform/DigestTest.cpp
     tests/platform/ErrorTest.cpp
     tests/platform/FileHandleTest.cpp
@@ -124,15 +138,8 @@ set(ORVANE_CONFORMANCE_SOURCES
     tests/platform/ProcessHammerTest.cpp
     tests/platform/ProcessInfoTest.cpp
     tests/platform/ProcessTest.cpp
-    tests/platform/RecordingDelegate.cpp
     tests/platform/SharedFieldTest.cpp
     tests/platform/StandardOutputTest.cpp
-    tests/platform/UrlSessionControlTest.cpp
-    tests/platform/UrlSessionFaultsTest.cpp
-    tests/platform/UrlSessionFixture.cpp
-    tests/platform/UrlSessionHammerTest.cpp
-    tests/platform/UrlSessionLifeTest.cpp
-    tests/platform/UrlSessionTest.cpp
     tests/platform/UrlTest.cpp
     tests/platform/Utf8Test.cpp)
 set(ORVANE_CONFORMANCE_LINUX_SOURCES
@@ -166,8 +173,10 @@ set(ORVANE_TEST_SERVER_LINUX_SOURCES
     tests/support/TestAuthority.cpp
     tests/support/TlsTransport.cpp
     tests/support/TrustedTestAuthorities.cpp)
-set(ORVANE_TEST_SERVER_MAC_SOURCES
-    tests/support/LoopbackTransport_mac.cpp)
+# No program may add a certificate authority on a Mac, so its tests use a server without TLS, which their linkage admits.
+set(ORVANE_TEST_SERVER_PLAIN_SOURCES
+    tests/support/LoopbackTransport_plain.cpp
+    tests/support/PlainHttpOnLoopback.cpp)
 set(ORVANE_TEST_SUPPORT_SOURCES
     tests/support/EnvironmentVariable.cpp
     tests/support/Sender.cpp

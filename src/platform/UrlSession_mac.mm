@@ -1,7 +1,7 @@
 #include "platform/UrlSession.h"
 
 #include "platform/Foundation_mac.h"
-#include "platform/Url.h"
+#include "platform/PlainHttp.h"
 
 #include <map>
 #include <mutex>
@@ -29,7 +29,7 @@ class MacDataTask final : public UrlSessionDataTask, public std::enable_shared_f
   public:
     MacDataTask(NSURLSessionDataTask* task, std::shared_ptr<RunningTasks> runningTasks)
         : task_(task), runningTasks_(std::move(runningTasks)),
-          refusalToBegin_(refusalOfAddress(originalRequestUrl().value_or(std::string()))) {}
+          refusalToBegin_(refusalOfTransfer(originalRequestUrl().value_or(std::string()))) {}
 
     std::optional<std::string> originalRequestUrl() const override {
         @autoreleasepool {
@@ -58,7 +58,7 @@ class MacDataTask final : public UrlSessionDataTask, public std::enable_shared_f
 
     /// Whether the task may go there. The session's queue alone, as the next.
     bool follow(NSURLRequest* request) {
-        redirectRefusal_ = refusalOfAddress(fromNSString(request.URL.absoluteString));
+        redirectRefusal_ = refusalOfTransfer(fromNSString(request.URL.absoluteString));
         return !redirectRefusal_;
     }
 

@@ -1,8 +1,8 @@
 #include "platform/UrlTransfer_linux.h"
 
+#include "platform/PlainHttp.h"
 #include "platform/ProgrammingError.h"
 #include "platform/TrustedAuthorities_linux.h"
-#include "platform/Url.h"
 
 #include <algorithm>
 #include <charconv>
@@ -104,8 +104,9 @@ void UrlTransfer::setUp() {
 }
 
 void UrlTransfer::setUpSecurity() {
-    set(CURLOPT_PROTOCOLS_STR, "https");
-    set(CURLOPT_REDIR_PROTOCOLS_STR, "https");
+    const char* const protocols = plainHttpPrefix().empty() ? "https" : "https,http";
+    set(CURLOPT_PROTOCOLS_STR, protocols);
+    set(CURLOPT_REDIR_PROTOCOLS_STR, protocols);
     set(CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
     set(CURLOPT_SSL_VERIFYPEER, 1L);
     set(CURLOPT_SSL_VERIFYHOST, 2L);
@@ -180,7 +181,7 @@ void UrlTransfer::begin() {
     hasBegun_ = true;
     isHeldBack_ = false;
     lastMovement_ = Clock::now();
-    ownError_ = refusalOfAddress(task_->request().url);
+    ownError_ = refusalOfTransfer(task_->request().url);
     if (ownError_) {
         complete(CURLE_UNSUPPORTED_PROTOCOL);
     } else if (setUpResult_ != CURLE_OK) {
@@ -263,7 +264,7 @@ std::size_t UrlTransfer::headerArrived(std::string_view line) {
     }
     const auto location = status >= 300 && status < 400 ? redirectLocation() : std::nullopt;
     if (location) {
-        ownError_ = refusalOfAddress(addressAt(*location));
+        ownError_ = refusalOfTransfer(addressAt(*location));
     } else {
         deliverResponse();
     }

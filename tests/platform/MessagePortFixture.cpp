@@ -1,5 +1,6 @@
 #include "tests/platform/MessagePortFixture.h"
 
+#include <atomic>
 #include <unistd.h>
 
 namespace orvane::test {
@@ -7,7 +8,7 @@ namespace orvane::test {
 using namespace platform;
 
 std::string newServiceName() {
-    static int count = 0;
+    static std::atomic<int> count = 0;
     return "orvane.test." + std::to_string(::getpid()) + "." + std::to_string(++count);
 }
 

@@ -9,7 +9,7 @@
 
 namespace orvane::test {
 
-/// A name that no other service has.
+/// A name that no other service has or had. Any thread.
 std::string newServiceName();
 
 /// Gives a port back, which the product never does. Each platform in its own way.

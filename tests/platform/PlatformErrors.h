@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
 #include <string>
 
 namespace orvane::test {
@@ -16,8 +15,6 @@ struct PlatformErrors {
     std::int64_t couldNotConnect;
     std::int64_t bodyTooShort;
     std::int64_t nothingReceived;
-    std::optional<std::int64_t>
-        notAdmitted; ///< the system lets this program speak to the tests' server in no way
 
     std::string noSuchFile;       ///< ENOENT in words
     std::string timedOutRendered; ///< domain "", code 408 and "Request timeout" as a developer reads them

@@ -14,7 +14,6 @@ const PlatformErrors& platformErrors() {
                                        .couldNotConnect = 7,
                                        .bodyTooShort = 18,
                                        .nothingReceived = 52,
-                                       .notAdmitted = std::nullopt,
                                        .noSuchFile = "No such file or directory (ENOENT)",
                                        .timedOutRendered = R"(Error Domain= Code=408 "Request timeout")",
                                        .folderCreatedButIsFile = ENOTDIR};

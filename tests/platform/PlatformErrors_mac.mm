@@ -15,7 +15,6 @@ const PlatformErrors& platformErrors() {
                                        .couldNotConnect = NSURLErrorCannotConnectToHost,
                                        .bodyTooShort = NSURLErrorNetworkConnectionLost,
                                        .nothingReceived = NSURLErrorNetworkConnectionLost,
-                                       .notAdmitted = NSURLErrorAppTransportSecurityRequiresSecureConnection,
                                        .noSuchFile = "No such file or directory",
                                        .timedOutRendered =
                                            "Error Domain= Code=408 \"Request timeout\" "

@@ -61,7 +61,7 @@ TEST_F(ProcessHammerTest, ProcessesDestroyedInAnyStateLeaveNothingBehind) {
     onSeveralThreads([this](int thread) {
         for (int round = 0; round < 40; ++round) {
             Process process;
-            process.setLaunchPath((round + thread) % 4 == 3 ? at("missing").string() : "/bin/true");
+            process.setLaunchPath((round + thread) % 4 == 3 ? at("missing").string() : "/usr/bin/true");
             if (round % 2 == 0) {
                 process.pipeStandardOutput();
             }

@@ -51,7 +51,7 @@ void expectRefusal(const Record& record, const std::string& url) {
 
 TEST_F(UrlSessionFaultsTest, AnythingButHttpsIsRefused) {
     const PlainListener listener;
-    const std::string place = "127.0.0.1:" + std::to_string(listener.port()) + "/";
+    const std::string place = "localhost:" + std::to_string(listener.port()) + "/";
     for (const std::string& url :
          {"http://" + place, std::string("file:///etc/hostname"), "ftp://" + place, place}) {
         SCOPED_TRACE(url);
@@ -60,7 +60,7 @@ TEST_F(UrlSessionFaultsTest, AnythingButHttpsIsRefused) {
 }
 
 TEST_F(UrlSessionFaultsTest, FollowsNoRedirectThatLeavesHttps) {
-    for (const std::string target : {"http://127.0.0.1:9/", "file:///etc/hostname", "ftp://127.0.0.1:9/"}) {
+    for (const std::string target : {"http://localhost:9/", "file:///etc/hostname", "ftp://127.0.0.1:9/"}) {
         SCOPED_TRACE(target);
         const LoopbackServer server(answering(redirectTo(target)));
         expectRefusal(fetch(server.url()), target);
@@ -70,9 +70,9 @@ TEST_F(UrlSessionFaultsTest, FollowsNoRedirectThatLeavesHttps) {
 TEST_F(UrlSessionFaultsTest, FollowsNoSecondRedirectThatLeavesHttps) {
     const LoopbackServer server([](LoopbackConnection& connection) {
         const bool isFirst = connection.readRequest().find("GET /again ") == std::string::npos;
-        connection.send(redirectTo(isFirst ? "/again" : "http://127.0.0.1:9/end"));
+        connection.send(redirectTo(isFirst ? "/again" : "http://localhost:9/end"));
     });
-    expectRefusal(fetch(server.url()), "http://127.0.0.1:9/end");
+    expectRefusal(fetch(server.url()), "http://localhost:9/end");
 }
 
 TEST_F(UrlSessionFaultsTest, AConnectionDroppedHalfWayKeepsTheBytesSoFarAndIsAnError) {

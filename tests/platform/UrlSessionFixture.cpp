@@ -1,7 +1,5 @@
 #include "tests/platform/UrlSessionFixture.h"
 
-#include "tests/platform/PlatformErrors.h"
-
 namespace orvane::test {
 
 using platform::UrlRequest;
@@ -33,22 +31,6 @@ std::string longText(std::size_t length) {
     }
     text.resize(length);
     return text;
-}
-
-void UrlSessionFixture::SetUp() {
-    static const bool isAdmitted = isServerAdmitted();
-    if (!isAdmitted) {
-        GTEST_SKIP() << "the system lets this program speak to no server without a certificate";
-    }
-}
-
-bool UrlSessionFixture::isServerAdmitted() {
-    if (!platformErrors().notAdmitted) {
-        return true;
-    }
-    const LoopbackServer server(answering(okResponse("")));
-    const Record record = fetch(server.url());
-    return !record.error || record.error->code() != platformErrors().notAdmitted;
 }
 
 Record UrlSessionFixture::fetch(const UrlRequest& request) {

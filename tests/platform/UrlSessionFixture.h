@@ -28,17 +28,12 @@ std::string longText(std::size_t length);
 
 class UrlSessionFixture : public testing::Test {
 protected:
-    void SetUp() override;
-
     /// Carries out one request to its end and returns what the delegate saw.
     static Record fetch(const platform::UrlRequest& request);
     static Record fetch(const std::string& url);
 
     static std::unique_ptr<platform::UrlSession>
     makeSession(const std::shared_ptr<platform::UrlSessionDataDelegate>& delegate);
-
-private:
-    static bool isServerAdmitted();
 };
 
 } // namespace orvane::test

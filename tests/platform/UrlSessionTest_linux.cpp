@@ -1,3 +1,4 @@
+#include "platform/PlainHttp.h"
 #include "tests/platform/PlatformErrors.h"
 #include "tests/platform/UrlSessionFixture.h"
 #include "tests/support/PlainListener.h"
@@ -180,6 +181,23 @@ TEST_F(UrlSessionDetailsTest, ATimeOutAndACancellationAreSaidInWordsOfOurOwn) {
     EXPECT_TRUE(delegate->waitForCompletions());
     ASSERT_TRUE(delegate->record().error);
     EXPECT_EQ(delegate->record().error->localizedDescription(), "The request was cancelled (127.0.0.1)");
+}
+
+/// Test programs for a Mac admit such addresses; no linkage but theirs does.
+TEST_F(UrlSessionDetailsTest, TheProductsLinkageSpeaksNoPlainHttpEvenToLoopback) {
+    EXPECT_EQ(platform::plainHttpPrefix(), "");
+    const LoopbackServer server(answering(okResponse("plain")));
+    const std::string url = "http://127.0.0.1:" + std::to_string(server.port()) + "/";
+    const LoopbackServer redirecting(answering(redirectTo(url)));
+    for (const std::string& start : {url, redirecting.url()}) {
+        SCOPED_TRACE(start);
+        const Record record = fetch(start);
+        EXPECT_EQ(record.calls, std::vector<std::string>{"completion"});
+        ASSERT_TRUE(record.error);
+        EXPECT_EQ(record.error->localizedDescription(),
+                  "The address \"" + url + "\" is refused: it does not begin with https:");
+    }
+    EXPECT_EQ(server.connectionCount(), 0);
 }
 
 TEST_F(UrlSessionDetailsTest, AllCallsComeOnOneThread) {

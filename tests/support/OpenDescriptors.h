@@ -10,7 +10,8 @@
 
 namespace orvane::test {
 
-/// How many descriptors this process has open. It counts one of its own, every time the same.
+/// How many descriptors this process has open. It counts one of its own, every time the same. A system
+/// library may close one of its own meanwhile, so expect "not above", never an exact count.
 inline std::size_t openDescriptors() {
     using Entries = std::filesystem::directory_iterator;
     return static_cast<std::size_t>(std::distance(Entries("/dev/fd/"), Entries()));

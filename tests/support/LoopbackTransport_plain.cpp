@@ -43,8 +43,7 @@ public:
 
 } // namespace
 
-/// Sessions believe the authorities of the system alone, and no program may add to them; so this one proves
-/// nothing.
+/// For programs that cannot add a certificate authority; they link PlainHttpOnLoopback.cpp as well.
 std::shared_ptr<LoopbackTransport> believedTransport() { return std::make_shared<PlainTransport>(); }
 
 } // namespace orvane::test
