@@ -53,6 +53,7 @@ set(ORVANE_PRODUCT_LINKAGE_SOURCES
 
 set(ORVANE_SYSTEM_LINUX_SOURCES
     src/platform/Bundle_linux.cpp
+    src/platform/CodeSignature_linux.cpp
     src/platform/Digest_linux.cpp
     src/platform/Error_linux.cpp
     src/platform/IgnoredSignal_linux.cpp
@@ -88,6 +89,7 @@ set(ORVANE_WINDOW_ICONS
 
 set(ORVANE_SYSTEM_MAC_SOURCES
     src/platform/Bundle_mac.mm
+    src/platform/CodeSignature_mac.cpp
     src/platform/Digest_mac.cpp
     src/platform/Error_mac.mm
     src/platform/Foundation_mac.mm

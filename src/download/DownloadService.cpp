@@ -31,9 +31,19 @@ DownloadError DownloadError::targetFileError(std::string text) { return Download
 
 GenericDownloadTask::GenericDownloadTask(std::shared_ptr<platform::UrlSessionDataTask> dataTask,
                                          std::FILE* openTargetFile)
-    : DownloadTask(std::move(dataTask)), targetFileHandle(openTargetFile) {}
+    : DownloadTask(std::move(dataTask)),
+      targetFileHandle(openTargetFile),
+      targetFileBuffer(std::make_unique<char[]>(kTargetFileBufferSize)) {
+    if (targetFileHandle != nullptr) {
+        std::setvbuf(targetFileHandle, targetFileBuffer.get(), _IOFBF, kTargetFileBufferSize);
+    }
+}
 
 GenericDownloadTask::~GenericDownloadTask() {
+    if (targetFileHandle != nullptr) {
+        // The stream stays open and the C library uses its buffer until the process ends.
+        static_cast<void>(targetFileBuffer.release());
+    }
     platform::printLine("Deinit: " + task->originalRequestUrl().value_or(""));
 }
 
@@ -55,8 +65,6 @@ std::shared_ptr<DownloadTask> DownloadService::download(const platform::UrlReque
                                                         const std::filesystem::path& targetFileURL) {
     auto dataTask = session_->dataTask(request);
     std::FILE* const targetFile = openTarget(targetFileURL);
-    // A piece is large enough to be handed to the system at once; the stream would cut it in two.
-    std::setvbuf(targetFile, nullptr, _IONBF, 0);
     auto task = std::make_shared<GenericDownloadTask>(std::move(dataTask), targetFile);
     const std::lock_guard lock(downloadTasksMutex_);
     downloadTasks_.push_back(task);
@@ -79,6 +87,7 @@ void DownloadService::didReceiveData(platform::UrlSessionDataTask& dataTask, Byt
         return;
     }
     std::fwrite(data.data(), 1, data.size(), task->targetFileHandle);
+    std::fflush(task->targetFileHandle); // the file always holds all that has arrived
     task->writtenBytes += static_cast<std::int64_t>(data.size());
     const double progress =
         static_cast<double>(task->writtenBytes) / static_cast<double>(task->expectedContentLength);
@@ -96,7 +105,7 @@ void DownloadService::didComplete(platform::UrlSessionDataTask& completedTask,
     if (!task) {
         return;
     }
-    std::fclose(task->targetFileHandle);
+    std::fclose(std::exchange(task->targetFileHandle, nullptr));
     remove(task);
     const ResultType<std::int64_t> result =
         error ? ResultType<std::int64_t>(*error) : ResultType<std::int64_t>(task->writtenBytes);

@@ -66,8 +66,13 @@ public:
 
     // Changed on the session's queue alone.
     std::int64_t expectedContentLength = 0; ///< -1 when the server announced none
-    std::FILE* targetFileHandle;            ///< closed at completion
+    std::FILE* targetFileHandle;            ///< closed at completion, null from then on
     std::int64_t writtenBytes = 0;
+
+    /// The stream's. Larger than any chunk that a session delivers, so a chunk is one write; an unbuffered
+    /// stream of macOS writes 1024 bytes at a time.
+    static constexpr std::size_t kTargetFileBufferSize = std::size_t{1} << 20;
+    std::unique_ptr<char[]> targetFileBuffer;
 };
 
 /// Streams response bodies straight into files; knows nothing of engines, digests or windows.

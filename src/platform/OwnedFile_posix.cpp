@@ -1,5 +1,6 @@
 #include "platform/OwnedFile_posix.h"
 
+#include "platform/CodeSignature.h"
 #include "platform/Error.h"
 #include "platform/Files.h"
 
@@ -96,7 +97,8 @@ Descriptor openOwnedFile(const std::filesystem::path& path, int flags, OldConten
     if (!S_ISREG(status.st_mode)) {
         return file;
     }
-    if (isOwned(status)) {
+    const bool mayHaveRun = status.st_size > 0;
+    if (isOwned(status) && !(mayHaveRun && remembersCodeSignatures())) {
         if (oldContents == OldContents::dropped && ::ftruncate(file.number(), 0) != 0) {
             fail(path);
         }

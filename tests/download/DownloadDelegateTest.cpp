@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <fstream>
 #include <limits>
 #include <thread>
 
@@ -76,6 +77,41 @@ TEST_F(DownloadDelegateTest, TheResponseOfAKnownTransferIsAllowedAndItsLengthKep
     EXPECT_EQ(task().expectedContentLength, 1234);
     EXPECT_EQ(service->didReceiveResponse(transfer(), -1), platform::ResponseDisposition::allow);
     EXPECT_EQ(task().expectedContentLength, -1);
+}
+
+/// How many times this thread has asked the kernel to write so far (proc(5), /proc/pid/io).
+std::int64_t writesOfThisThread() {
+    std::ifstream file("/proc/thread-self/io");
+    std::string name;
+    std::int64_t count = 0;
+    while (file >> name >> count) {
+        if (name == "syscw:") {
+            return count;
+        }
+    }
+    ADD_FAILURE() << "the kernel does not count system calls";
+    return 0;
+}
+
+TEST_F(DownloadDelegateTest, EachChunkIsOneWriteAndInTheFileAtOnce) {
+    const std::string chunk(512 << 10, 'c'); // the largest that libcurl delivers
+    service->didReceiveResponse(transfer(), -1);
+    for (std::size_t count = 1; count <= 5; ++count) {
+        const std::int64_t before = writesOfThisThread();
+        service->didReceiveData(transfer(), bytesOf(chunk));
+        EXPECT_EQ(writesOfThisThread() - before, 1);
+        EXPECT_EQ(std::filesystem::file_size(target), count * chunk.size());
+    }
+}
+
+TEST_F(DownloadDelegateTest, ATransferThatIsGivenUpLeavesItsStreamUsable) {
+    service->didReceiveData(transfer(), bytesOf("data"));
+    std::FILE* const stream = task().targetFileHandle;
+    download.reset();
+    service.reset();
+    EXPECT_EQ(std::fputs("more", stream), 1);
+    EXPECT_EQ(std::fclose(stream), 0);
+    EXPECT_EQ(contentsOf(target), "datamore");
 }
 
 TEST_F(DownloadDelegateTest, AnUnknownTransferIsCancelledAndOtherwiseIgnored) {
