@@ -43,6 +43,7 @@ public:
 
     void cancelButtonClicked() override {}
     std::string quitCommandTitle() override { return {}; }
+    std::string languageTag() override { return {}; }
 
 private:
     void download() {

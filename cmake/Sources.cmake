@@ -23,7 +23,10 @@ set(ORVANE_PORTABLE_SOURCES
     src/model/ExecutableBit.cpp
     src/model/FileDownloadInfo.cpp
     src/model/JsonMembers.cpp
+    src/platform/AlertAnswer.cpp
+    src/platform/BarProportion.cpp
     src/platform/BoundedRequest.cpp
+    src/platform/CommandTitles.cpp
     src/platform/Controls.cpp
     src/platform/Digest.cpp
     src/platform/Error.cpp
@@ -106,7 +109,9 @@ set(ORVANE_DESKTOP_MAC_SOURCES
     src/platform/Application_mac.mm
     src/platform/Controls_mac.mm
     src/platform/MainMenu_mac.mm
-    src/platform/Queue_mac.mm)
+    src/platform/ProgressBar_mac.mm
+    src/platform/Queue_mac.mm
+    src/platform/ScrollingText_mac.mm)
 
 # What an engine takes into its own build to speak to the program; no part of the program.
 set(ORVANE_ENGINE_SENDER_SOURCES

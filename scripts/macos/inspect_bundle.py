@@ -22,6 +22,11 @@ def check_property_list(executable):
             "LSMinimumSystemVersion": MINIMUM_SYSTEM, "NSHighResolutionCapable": True,
             "NSPrincipalClass": "NSApplication"}.items():
         executable.expect(properties.get(key) == value, f"Info.plist: {key} is {properties.get(key)}, not {value}")
+    title = re.search(r'\.windowTitle = "(\w+)"', (ROOT / "src/config/Deployment.cpp").read_text())[1]
+    for key, value in {"CFBundleName": title, "CFBundleDisplayName": title,
+                       "NSSupportsAutomaticTermination": False, "NSSupportsSuddenTermination": False}.items():
+        executable.expect(properties.get(key) == value, f"Info.plist: {key} is {properties.get(key)}, not {value}")
+    executable.expect(properties.get("NSHumanReadableCopyright"), "Info.plist: no copyright")
     executable.expect(re.fullmatch(r"[A-Za-z0-9.-]+", properties.get("CFBundleIdentifier", "")),
                       "Info.plist: bundle identifier")
     check_icon(executable, BUNDLE / "Contents/Resources" / f"{properties.get('CFBundleIconFile')}.icns")

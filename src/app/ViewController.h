@@ -51,6 +51,7 @@ public:
     void viewDidLoad() override;
     void viewWillAppear() override;
     std::string quitCommandTitle() override;
+    std::string languageTag() override { return localeName.load(); }
 
     // Language (app/LocaleChoice.cpp).
     void initializeLocale();

@@ -54,6 +54,9 @@ public:
 
     /// The name of the menu's quit command, asked for each time a menu is shown.
     virtual std::string quitCommandTitle() = 0;
+
+    /// The language of the texts, as a tag such as "fr-ch"; chosen in `viewWillAppear`.
+    virtual std::string languageTag() = 0;
 };
 
 using ViewControllerFactory = std::function<std::shared_ptr<ViewControllerBase>()>;

@@ -3,59 +3,42 @@
 #include "platform/Controls_mac.h"
 #include "platform/Foundation_mac.h"
 #include "platform/MainMenu_mac.h"
+#include "platform/WindowPresence.h"
 
 #import <AppKit/AppKit.h>
 
 #include <dispatch/dispatch.h>
 #include <unistd.h>
-#include <utility>
 
 using namespace orvane;
 
-/// Calls the portable controller from the real life cycle of a view. There is no nib: what would come from
-/// one is made in `loadView`, which therefore also stands for having awoken from it.
+namespace {
+
+/// Assistive technology and the Dock reach the program while an alert covers its window.
+bool isAlertOpen() { return NSApplication.sharedApplication.modalWindow != nil; }
+
+} // namespace
+
+/// Holds the window's view and its controls. The portable controller is called by `showWindow`, not from the
+/// life cycle of the view: AppKit may be committing a transaction there, in which it shows no alert.
 @interface OrvaneViewController : NSViewController {
   @public
     std::shared_ptr<platform::ViewControllerBase> controller;
-    platform::MainWindowControls controls;
-    bool hasBegunToAppear;
-    bool hasAppeared;
+    platform::MainView mainView;
 }
 @end
 
 @implementation OrvaneViewController
 
 - (void)loadView {
-    const platform::MainView mainView = platform::makeMainView(self, @selector(cancelButtonClicked:));
+    mainView = platform::makeMainView(self, @selector(cancelButtonClicked:));
     self.view = mainView.view;
-    controls = mainView.controls;
-    controller->connectOutlets(controls);
-    controller->awakeFromNib();
-}
-
-- (void)viewDidLoad {
-    [super viewDidLoad];
-    controller->viewDidLoad();
-}
-
-- (void)viewWillAppear {
-    [super viewWillAppear];
-    if (!std::exchange(hasBegunToAppear, true)) {
-        controls.window = platform::makeWindowControl(self.view.window);
-        controller->connectOutlets(controls);
-        controller->viewWillAppear();
-    }
-}
-
-- (void)viewDidAppear {
-    [super viewDidAppear];
-    if (!std::exchange(hasAppeared, true)) {
-        controller->viewDidAppear();
-    }
 }
 
 - (void)cancelButtonClicked:(id)sender {
-    controller->cancelButtonClicked();
+    if (!isAlertOpen()) {
+        controller->cancelButtonClicked();
+    }
 }
 
 @end
@@ -65,6 +48,7 @@ using namespace orvane;
     platform::ApplicationDelegate* delegate;
     platform::ViewControllerFactory makeViewController;
     std::string windowTitle;
+    platform::WindowPresence presence;
     NSWindow* window;
 }
 @end
@@ -75,7 +59,9 @@ using namespace orvane;
     delegate->applicationDidFinishLaunching();
     // One item of the main queue, so that what the controller submits meanwhile runs after its start.
     dispatch_async(dispatch_get_main_queue(), ^{
-      [self showWindow];
+      @autoreleasepool {
+          [self showWindow];
+      }
     });
 }
 
@@ -83,24 +69,56 @@ using namespace orvane;
     OrvaneViewController* const viewController = [[OrvaneViewController alloc] init];
     const auto controller = makeViewController();
     viewController->controller = controller;
-    platform::installMainMenu([controller] { return controller->quitCommandTitle(); });
+    window = [self makeWindowOf:viewController];
+    platform::MainWindowControls& controls = viewController->mainView.controls;
+    controls.window = platform::makeWindowControl(window, presence);
+    platform::installMainMenu({
+        .program = windowTitle,
+        .quitTitle = [controller] { return controller->quitCommandTitle(); },
+        .languageTag = [controller] { return controller->languageTag(); },
+    });
 
-    window = [NSWindow windowWithContentViewController:viewController];
-    window.styleMask = NSWindowStyleMaskTitled | NSWindowStyleMaskClosable | NSWindowStyleMaskMiniaturizable;
-    window.title = platform::toNSString(windowTitle);
-    window.releasedWhenClosed = NO;
-    [window center];
+    controller->connectOutlets(controls);
+    controller->awakeFromNib();
+    controller->viewDidLoad();
+    controller->viewWillAppear();
+    platform::retitleMainMenu(); // the language is chosen by now
     [window makeKeyAndOrderFront:nil];
+    presence.show();
+    controller->viewDidAppear();
+}
+
+- (NSWindow*)makeWindowOf:(OrvaneViewController*)viewController {
+    NSWindow* const made = [NSWindow windowWithContentViewController:viewController];
+    made.styleMask = NSWindowStyleMaskTitled | NSWindowStyleMaskClosable | NSWindowStyleMaskMiniaturizable;
+    made.title = platform::toNSString(windowTitle);
+    // The background is the same in light and dark mode, so its controls are.
+    made.appearance = [NSAppearance appearanceNamed:NSAppearanceNameAqua];
+    made.releasedWhenClosed = NO;
+    made.restorable = NO;
+    made.initialFirstResponder = viewController->mainView.initialFirstResponder;
+    [made center];
+    return made;
 }
 
 - (BOOL)applicationShouldHandleReopen:(NSApplication*)sender hasVisibleWindows:(BOOL)hasVisibleWindows {
-    if (!hasVisibleWindows) {
+    if (hasVisibleWindows) {
+        return YES;
+    }
+    if (presence.mayComeBack(isAlertOpen())) {
         [window makeKeyAndOrderFront:nil];
     }
+    return NO;
+}
+
+- (BOOL)applicationSupportsSecureRestorableState:(NSApplication*)application {
     return YES;
 }
 
 - (NSApplicationTerminateReply)applicationShouldTerminate:(NSApplication*)sender {
+    if (isAlertOpen()) {
+        return NSTerminateCancel;
+    }
     return delegate->applicationShouldTerminate() == platform::TerminateReply::now ? NSTerminateNow
                                                                                    : NSTerminateCancel;
 }
@@ -123,6 +141,9 @@ void applicationMain(int argumentCount, char** arguments, const std::string& win
     adapter->makeViewController = makeViewController;
     adapter->windowTitle = windowTitle;
 
+    // A word among the arguments is the engine's, not a document that AppKit should open and then report as
+    // unknown.
+    [NSUserDefaults.standardUserDefaults registerDefaults:@{@"NSTreatUnknownArgumentsAsOpen" : @"NO"}];
     NSApplication* const application = NSApplication.sharedApplication;
     application.activationPolicy = NSApplicationActivationPolicyRegular;
     application.delegate = adapter;

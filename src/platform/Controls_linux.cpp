@@ -1,5 +1,6 @@
 #include "platform/Controls_linux.h"
 
+#include "platform/BarProportion.h"
 #include "platform/WindowMetrics.h"
 #include "platform/WrappingText_linux.h"
 
@@ -89,11 +90,7 @@ void ProgressBar::paintEvent(QPaintEvent* /*event*/) {
     painter.fillPath(roundedBar(area).intersected(leftPart(area, proportion())), Qt::white);
 }
 
-/// From 0 to 1. A value or a range that is not a number gives 0, an infinite value the end it lies beyond.
-double ProgressBar::proportion() const {
-    const double exact = (value_ - lowest_) / (highest_ - lowest_);
-    return exact > 0 ? std::min(exact, 1.0) : 0.0;
-}
+double ProgressBar::proportion() const { return barProportion(lowest_, highest_, value_); }
 
 void ProgressBar::refresh() {
     setRange(wholeValue(lowest_), wholeValue(highest_));

@@ -35,4 +35,9 @@ Error fromNSError(NSError* error) {
             fromNSString(error.description)};
 }
 
+Error fromNSException(NSException* exception) {
+    return {fromNSString(exception.name), 0, fromNSString(exception.reason),
+            fromNSString(exception.description)};
+}
+
 } // namespace orvane::platform

@@ -16,8 +16,8 @@ enum class OldContents { kept, dropped };
 /// as `oldContents` says. It keeps its name, and a link that leads to it keeps leading to it. To change owner
 /// and permissions in place would not do: another user's descriptor or hard link would still reach the file.
 ///
-/// Where the kernel remembers code signatures (`remembersCodeSignatures`), a regular file that is not empty is
-/// always replaced, since it may have been executed.
+/// Where the kernel remembers code signatures (`remembersCodeSignatures`), a regular file that is not empty
+/// is always replaced, since it may have been executed.
 ///
 /// `flags` are further flags of open(2), such as O_CREAT. Throws `Error`; the old
 /// file is then as it was.

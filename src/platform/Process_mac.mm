@@ -5,14 +5,33 @@
 
 #include <cerrno>
 #include <dispatch/dispatch.h>
+#include <mutex>
+#include <optional>
 #include <unistd.h>
 #include <utility>
 
 namespace orvane::platform {
 
-/// NSTask guards itself against a number that another process was given meanwhile.
+namespace {
+
+/// NSTask answers some failures with an error and raises others.
+std::optional<Error> launchError(NSTask* task) {
+    @try {
+        NSError* error = nil;
+        return [task launchAndReturnError:&error] ? std::nullopt : std::optional(fromNSError(error));
+    } @catch (NSException* exception) {
+        return fromNSException(exception);
+    }
+}
+
+} // namespace
+
+/// NSTask guards itself against a number that another process was given meanwhile, but not against several
+/// threads.
 class Process::Child {
   public:
+    std::mutex mutex; ///< guards the task from its launch on
+    bool isLaunched = false;
     NSTask* const task = [[NSTask alloc] init];
     NSPipe* pipe = nil;
     dispatch_group_t running = dispatch_group_create();
@@ -29,8 +48,10 @@ void Process::setArguments(std::vector<std::string> arguments) { arguments_ = st
 const std::vector<std::string>& Process::arguments() const { return arguments_; }
 
 void Process::pipeStandardOutput() {
-    child_->pipe = [NSPipe pipe];
-    child_->task.standardOutput = child_->pipe;
+    @autoreleasepool {
+        child_->pipe = [NSPipe pipe];
+        child_->task.standardOutput = child_->pipe;
+    }
 }
 
 void Process::launch() {
@@ -38,6 +59,7 @@ void Process::launch() {
         if (launchPath_.empty()) {
             throw posixError(ENOENT, "No launch path");
         }
+        const std::lock_guard lock(child_->mutex);
         NSTask* const task = child_->task;
         task.executableURL = [NSURL fileURLWithPath:toNSString(launchPath_)];
         task.arguments = toNSArray(arguments_);
@@ -48,12 +70,12 @@ void Process::launch() {
         task.terminationHandler = ^(NSTask*) {
           dispatch_group_leave(running);
         };
-        NSError* error = nil;
-        if (![task launchAndReturnError:&error]) {
+        if (const std::optional<Error> error = launchError(task)) {
             task.terminationHandler = nil;
             dispatch_group_leave(running);
-            throw fromNSError(error);
+            throw Error(*error);
         }
+        child_->isLaunched = true;
     }
 }
 
@@ -70,15 +92,22 @@ std::size_t Process::readStandardOutput(std::span<std::byte> buffer) {
     }
 }
 
+/// NSTask raises an exception when it is interrupted before its launch.
 void Process::interrupt() {
-    if (child_->task.isRunning) {
-        [child_->task interrupt];
+    @autoreleasepool {
+        const std::lock_guard lock(child_->mutex);
+        if (child_->isLaunched && child_->task.isRunning) {
+            [child_->task interrupt];
+        }
     }
 }
 
 int Process::waitUntilExit() {
     dispatch_group_wait(child_->running, DISPATCH_TIME_FOREVER);
-    return child_->task.terminationStatus;
+    @autoreleasepool {
+        const std::lock_guard lock(child_->mutex);
+        return child_->task.terminationStatus;
+    }
 }
 
 } // namespace orvane::platform

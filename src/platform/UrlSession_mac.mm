@@ -3,6 +3,7 @@
 #include "platform/Foundation_mac.h"
 #include "platform/PlainHttp.h"
 
+#include <atomic>
 #include <map>
 #include <mutex>
 
@@ -12,8 +13,8 @@ namespace {
 
 class MacDataTask;
 
-/// The tasks in flight, by the system's own number for each. Filled by whoever resumes a task, emptied by its
-/// completion.
+/// The tasks in flight, by the system's own number for each. A task is added when it is resumed or cancelled
+/// and removed for good by its completion.
 class RunningTasks {
   public:
     void add(const std::shared_ptr<MacDataTask>& task);
@@ -50,6 +51,7 @@ class MacDataTask final : public UrlSessionDataTask, public std::enable_shared_f
     void suspend() override { [task_ suspend]; }
 
     void cancel() override {
+        isCancelled_ = true;
         runningTasks_->add(shared_from_this());
         [task_ cancel];
     }
@@ -62,6 +64,10 @@ class MacDataTask final : public UrlSessionDataTask, public std::enable_shared_f
         return !redirectRefusal_;
     }
 
+    /// Whether the task only completes from now on: the system may still bring a response or data that it had
+    /// before it was told to cancel.
+    bool isOver() const { return isCancelled_ || refusal(); }
+
     /// What stands in place of the system's error where it was we who ended the task.
     const std::optional<Error>& refusal() const {
         return redirectRefusal_ ? redirectRefusal_ : refusalToBegin_;
@@ -72,11 +78,17 @@ class MacDataTask final : public UrlSessionDataTask, public std::enable_shared_f
     const std::shared_ptr<RunningTasks> runningTasks_;
     const std::optional<Error> refusalToBegin_;
     std::optional<Error> redirectRefusal_;
+    std::atomic<bool> isCancelled_ = false;
+
+    friend class RunningTasks;
+    bool hasCompleted_ = false; ///< guarded by the mutex of the running tasks
 };
 
 void RunningTasks::add(const std::shared_ptr<MacDataTask>& task) {
     const std::lock_guard lock(mutex_);
-    tasks_[task->identifier()] = task;
+    if (!task->hasCompleted_) {
+        tasks_[task->identifier()] = task;
+    }
 }
 
 std::shared_ptr<MacDataTask> RunningTasks::find(NSURLSessionTask* task) const {
@@ -88,7 +100,11 @@ std::shared_ptr<MacDataTask> RunningTasks::find(NSURLSessionTask* task) const {
 std::shared_ptr<MacDataTask> RunningTasks::take(NSURLSessionTask* task) {
     const std::lock_guard lock(mutex_);
     const auto node = tasks_.extract(task.taskIdentifier);
-    return node.empty() ? nullptr : node.mapped();
+    if (node.empty()) {
+        return nullptr;
+    }
+    node.mapped()->hasCompleted_ = true;
+    return node.mapped();
 }
 
 NSURLRequestCachePolicy toNSCachePolicy(CachePolicy policy) {
@@ -158,7 +174,9 @@ using namespace orvane;
     const auto receiver = delegate.lock();
     const auto task = runningTasks->find(dataTask);
     auto disposition = platform::ResponseDisposition::allow;
-    if (receiver && task && !task->refusal()) {
+    if (task && task->isOver()) {
+        disposition = platform::ResponseDisposition::cancel;
+    } else if (receiver && task) {
         disposition = receiver->didReceiveResponse(*task, response.expectedContentLength);
     }
     completionHandler(disposition == platform::ResponseDisposition::allow ? NSURLSessionResponseAllow
@@ -170,9 +188,17 @@ using namespace orvane;
     didReceiveData:(NSData*)data {
     const auto receiver = delegate.lock();
     const auto task = runningTasks->find(dataTask);
-    if (receiver && task && !task->refusal()) {
-        receiver->didReceiveData(*task, {static_cast<const std::byte*>(data.bytes), data.length});
+    if (!receiver || !task) {
+        return;
     }
+    // Data that came in several pieces is not copied into one.
+    [data enumerateByteRangesUsingBlock:^(const void* bytes, NSRange range, BOOL* stop) {
+      if (task->isOver()) {
+          *stop = YES;
+      } else {
+          receiver->didReceiveData(*task, {static_cast<const std::byte*>(bytes), range.length});
+      }
+    }];
 }
 
 - (void)URLSession:(NSURLSession*)session task:(NSURLSessionTask*)task didCompleteWithError:(NSError*)error {

@@ -377,6 +377,7 @@ TEST_F(RunApplicationTest, TheQuitCommandIsNamedInTheChosenLanguage) {
     const EnvironmentVariable german("LANGUAGE", "de_CH");
     startUp();
     EXPECT_EQ(controller->quitCommandTitle(), "Schliessen");
+    EXPECT_EQ(controller->languageTag(), "de-ch");
 }
 
 } // namespace

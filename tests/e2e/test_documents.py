@@ -15,7 +15,7 @@ SUPPORT_TEXT = SUPPORT.read_text()
 
 # A claim without a test is written with a dash in its place, and says why.
 DOCUMENTS = {"edge-cases.md": "| case | tests |", "fault-table.md": "| case | outcome | tests |",
-             "threat-model.md": "| claim | tests |"}
+             "macos-behaviour.md": "| behaviour | tests |", "threat-model.md": "| claim | tests |"}
 WITH_TESTS = sorted(name for name in DOCUMENTS if (DOCS / name).exists())
 
 NAMED = re.compile(r"`(test_\w+|\w+Test\.\w+)`")

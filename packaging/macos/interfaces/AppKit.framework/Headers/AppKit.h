@@ -2,13 +2,20 @@
 
 #include <AppKit/AppKitDefines.h>
 #include <AppKit/NSAccessibility.h>
+#include <AppKit/NSAccessibilityConstants.h>
 #include <AppKit/NSAlert.h>
+#include <AppKit/NSAppearance.h>
 #include <AppKit/NSApplication.h>
+#include <AppKit/NSAttributedString.h>
+#include <AppKit/NSBezierPath.h>
 #include <AppKit/NSButton.h>
+#include <AppKit/NSClipView.h>
 #include <AppKit/NSColor.h>
 #include <AppKit/NSControl.h>
 #include <AppKit/NSEvent.h>
 #include <AppKit/NSFont.h>
+#include <AppKit/NSGraphics.h>
+#include <AppKit/NSGraphicsContext.h>
 #include <AppKit/NSLayoutAnchor.h>
 #include <AppKit/NSLayoutConstraint.h>
 #include <AppKit/NSLevelIndicator.h>
@@ -16,6 +23,8 @@
 #include <AppKit/NSMenuItem.h>
 #include <AppKit/NSResponder.h>
 #include <AppKit/NSRunningApplication.h>
+#include <AppKit/NSScrollView.h>
+#include <AppKit/NSScroller.h>
 #include <AppKit/NSText.h>
 #include <AppKit/NSTextField.h>
 #include <AppKit/NSView.h>

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <AppKit/NSAccessibilityConstants.h>
 #include <Foundation/Foundation.h>
 
 NS_ASSUME_NONNULL_BEGIN
@@ -10,6 +11,10 @@ API_AVAILABLE(macos(10.10))
 @required
 
 @property(nullable, copy) NSString* accessibilityLabel API_AVAILABLE(macos(10.10));
+@property(nullable, copy) NSAccessibilityRole accessibilityRole API_AVAILABLE(macos(10.10));
+@property(nullable, strong) id accessibilityValue API_AVAILABLE(macos(10.10));
+@property(nullable, strong) id accessibilityMinValue API_AVAILABLE(macos(10.10));
+@property(nullable, strong) id accessibilityMaxValue API_AVAILABLE(macos(10.10));
 
 @end
 

@@ -29,6 +29,7 @@ API_AVAILABLE(macos(10.0))
 @property(nullable, weak) id<NSApplicationDelegate> delegate;
 @property(nullable, strong) NSMenu* mainMenu;
 @property(nullable, readonly, weak) NSWindow* mainWindow;
+@property(nullable, readonly, weak) NSWindow* modalWindow;
 @property(getter=isActive, readonly) BOOL active;
 @property(getter=isRunning, readonly) BOOL running;
 
@@ -44,6 +45,7 @@ API_AVAILABLE(macos(10.0))
 - (void)unhide:(nullable id)sender;
 - (void)hideOtherApplications:(nullable id)sender;
 - (void)unhideAllApplications:(nullable id)sender;
+- (void)orderFrontStandardAboutPanel:(nullable id)sender;
 
 - (BOOL)setActivationPolicy:(NSApplicationActivationPolicy)activationPolicy API_AVAILABLE(macos(10.6));
 - (void)activateIgnoringOtherApps:(BOOL)flag API_DEPRECATED_WITH_REPLACEMENT("activate", macos(10.0, 100000));

@@ -12,6 +12,7 @@ API_AVAILABLE(macos(10.0))
                          action:(nullable SEL)action API_AVAILABLE(macos(10.12));
 
 @property(copy) NSString* title;
+@property(copy) NSAttributedString* attributedTitle;
 @property(copy) NSString* keyEquivalent;
 - (void)performClick:(nullable id)sender;
 

@@ -18,6 +18,10 @@ API_AVAILABLE(macos(10.0))
 @property(class, strong, readonly) NSColor* clearColor;
 @property(class, strong, readonly) NSColor* labelColor API_AVAILABLE(macos(10.10));
 
+- (void)setFill API_AVAILABLE(macos(10.4));
+- (void)setStroke API_AVAILABLE(macos(10.4));
+- (NSColor*)colorWithAlphaComponent:(CGFloat)alpha;
+
 @property(readonly) CGColorRef CGColor API_AVAILABLE(macos(10.8));
 
 @end

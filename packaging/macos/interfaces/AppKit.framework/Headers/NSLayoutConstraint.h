@@ -25,6 +25,8 @@ API_AVAILABLE(macos(10.7))
 
 + (void)activateConstraints:(NSArray<NSLayoutConstraint*>*)constraints API_AVAILABLE(macos(10.10));
 
+@property NSLayoutPriority priority;
+
 @end
 
 @interface NSView (NSConstraintBasedLayoutInstallingConstraints)
@@ -45,6 +47,9 @@ API_AVAILABLE(macos(10.7))
 @end
 
 @interface NSView (NSConstraintBasedLayoutLayering)
+
+- (void)setContentHuggingPriority:(NSLayoutPriority)priority
+                   forOrientation:(NSLayoutConstraintOrientation)orientation API_AVAILABLE(macos(10.7));
 
 - (void)setContentCompressionResistancePriority:(NSLayoutPriority)priority
                                  forOrientation:(NSLayoutConstraintOrientation)orientation

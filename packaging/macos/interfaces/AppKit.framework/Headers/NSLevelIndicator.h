@@ -19,6 +19,7 @@ API_AVAILABLE(macos(10.4))
 @property NSLevelIndicatorStyle levelIndicatorStyle API_AVAILABLE(macos(10.10));
 @property double minValue;
 @property double maxValue;
+@property(getter=isEditable) BOOL editable API_AVAILABLE(macos(10.13));
 @property(null_resettable, copy) NSColor* fillColor API_AVAILABLE(macos(10.13));
 
 @end

@@ -24,6 +24,12 @@ API_AVAILABLE(macos(10.0))
 @property NSRect bounds;
 @property(getter=isHidden) BOOL hidden;
 @property BOOL needsDisplay;
+@property(nullable, assign) NSView* nextKeyView;
+
+- (void)drawRect:(NSRect)dirtyRect;
+@property(getter=isFlipped, readonly) BOOL flipped;
+@property(readonly) BOOL wantsUpdateLayer API_AVAILABLE(macos(10.8));
+@property(readonly) NSRect focusRingMaskBounds API_AVAILABLE(macos(10.7));
 
 @property BOOL wantsLayer API_AVAILABLE(macos(10.5));
 @property(nullable, strong) CALayer* layer API_AVAILABLE(macos(10.5));

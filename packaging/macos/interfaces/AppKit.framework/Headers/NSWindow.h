@@ -1,5 +1,6 @@
 #pragma once
 
+#include <AppKit/NSAppearance.h>
 #include <AppKit/NSResponder.h>
 
 NS_ASSUME_NONNULL_BEGIN
@@ -23,7 +24,7 @@ typedef NS_ENUM(NSUInteger, NSBackingStoreType) {
 };
 
 API_AVAILABLE(macos(10.0))
-@interface NSWindow : NSResponder
+@interface NSWindow : NSResponder <NSAppearanceCustomization>
 
 - (instancetype)initWithContentRect:(NSRect)contentRect
                           styleMask:(NSWindowStyleMask)style
@@ -41,6 +42,8 @@ API_AVAILABLE(macos(10.0))
 @property(getter=isMovableByWindowBackground) BOOL movableByWindowBackground;
 @property(getter=isReleasedWhenClosed) BOOL releasedWhenClosed;
 @property(getter=isVisible, readonly) BOOL visible;
+@property(nullable, strong) NSView* initialFirstResponder;
+@property(getter=isRestorable) BOOL restorable API_AVAILABLE(macos(10.7));
 
 - (void)center;
 - (void)close;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <Foundation/NSArray.h>
+#include <Foundation/NSAttributedString.h>
 #include <Foundation/NSBundle.h>
 #include <Foundation/NSData.h>
 #include <Foundation/NSDate.h>
@@ -17,6 +18,7 @@
 #include <Foundation/NSOperation.h>
 #include <Foundation/NSProcessInfo.h>
 #include <Foundation/NSRange.h>
+#include <Foundation/NSRunLoop.h>
 #include <Foundation/NSString.h>
 #include <Foundation/NSTask.h>
 #include <Foundation/NSThread.h>
@@ -27,4 +29,5 @@
 #include <Foundation/NSURLResponse.h>
 #include <Foundation/NSURLSession.h>
 #include <Foundation/NSURLSessionDelegates.h>
+#include <Foundation/NSUserDefaults.h>
 #include <Foundation/NSValue.h>

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <Foundation/NSObject.h>
+#include <Foundation/NSRange.h>
 
 NS_ASSUME_NONNULL_BEGIN
 
@@ -9,6 +10,8 @@ API_AVAILABLE(macos(10.0))
 
 @property(readonly) NSUInteger length;
 @property(readonly) const void* bytes NS_RETURNS_INNER_POINTER;
+- (void)enumerateByteRangesUsingBlock:(void(NS_NOESCAPE ^)(const void* bytes, NSRange byteRange, BOOL* stop))
+                                          block API_AVAILABLE(macos(10.9));
 
 + (instancetype)data;
 + (instancetype)dataWithBytes:(nullable const void*)bytes length:(NSUInteger)length;

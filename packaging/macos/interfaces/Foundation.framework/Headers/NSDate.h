@@ -11,6 +11,7 @@ API_AVAILABLE(macos(10.0))
 
 @property(readonly) NSTimeInterval timeIntervalSinceReferenceDate;
 + (instancetype)date;
++ (instancetype)dateWithTimeIntervalSinceNow:(NSTimeInterval)secs;
 
 @end
 

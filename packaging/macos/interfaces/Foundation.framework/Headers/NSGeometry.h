@@ -11,6 +11,8 @@ FOUNDATION_EXPORT const NSPoint NSZeroPoint API_AVAILABLE(macos(10.0));
 FOUNDATION_EXPORT const NSSize NSZeroSize API_AVAILABLE(macos(10.0));
 FOUNDATION_EXPORT const NSRect NSZeroRect API_AVAILABLE(macos(10.0));
 
+FOUNDATION_EXPORT NSRect NSInsetRect(NSRect aRect, CGFloat dX, CGFloat dY) API_AVAILABLE(macos(10.0));
+
 inline NSPoint NSMakePoint(CGFloat x, CGFloat y) {
     NSPoint point;
     point.x = x;
