@@ -6,7 +6,7 @@
 /// when it is longer than its place. Only a text that scrolls takes the keyboard's focus. Main thread.
 @interface OrvaneScrollingText : NSScrollView
 
-@property(readonly) NSTextField* label;
+@property(nonatomic, readonly) NSTextField* label;
 
 + (instancetype)areaOfWidth:(CGFloat)width;
 
