@@ -14,7 +14,7 @@ DIRECTIVE = re.compile(r"^\s*#", re.MULTILINE)
 OBJECTIVE_C_EXCEPTION = re.compile(r"@(throw|finally)\b")
 
 # What an error is about.
-KNOWN_TEXTS = {"No launch path"}
+KNOWN_TEXTS = {"No launch path", "standard output of a child"}
 
 
 def findings_of(path):
