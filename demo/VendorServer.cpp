@@ -6,6 +6,7 @@
 #include "demo/RequestLog.h"
 #include "demo/VendorFaults.h"
 
+#include <algorithm>
 #include <fstream>
 #include <httplib.h>
 #include <iterator>
@@ -56,6 +57,11 @@ void speakOldTls(SSL_CTX* context) {
 }
 
 std::string wholeText(std::istream& stream) { return {std::istreambuf_iterator<char>(stream), {}}; }
+
+/// Whether a path below a folder leads out of it.
+bool leavesFolder(const std::filesystem::path& path) {
+    return path.is_absolute() || std::ranges::find(path, "..") != path.end();
+}
 
 } // namespace
 
@@ -225,7 +231,7 @@ Content VendorServer::Service::contentFor(const Request& request) const {
         name = request.target.substr(kFilePrefix.size());
     }
     const std::filesystem::path file = options_.folder / "published" / name;
-    if (name.empty() || name.find('/') != std::string::npos || !std::filesystem::is_regular_file(file)) {
+    if (name.empty() || leavesFolder(name) || !std::filesystem::is_regular_file(file)) {
         return {};
     }
     const bool isDescription = request.target == kDescriptionTarget;

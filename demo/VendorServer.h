@@ -24,7 +24,7 @@ struct VendorOptions {
 /// Its folder holds what it serves and what it noted:
 ///
 ///     published/           what is served: GET /downloadinstaller?os=darwin&product=varlen answers
-///                          downloadinstaller.json, GET /varlen/setup/NAME answers the file NAME
+///                          downloadinstaller.json, GET /varlen/setup/PATH answers the file PATH
 ///     faults.json          read anew for each request, see VendorFaults.h; replace it by renaming
 ///     release              ends stalls, see VendorFaults.h
 ///     ca.pem               the authority to be trusted, made at start

@@ -2,11 +2,9 @@
 
 #include "platform/Files.h"
 #include "platform/Url.h"
+#include "tools/ProgramFormat.h"
 #include "verify/Crypto.h"
 #include "verify/Versions.h"
-
-#include <algorithm>
-#include <array>
 
 namespace orvane::tools {
 namespace {
@@ -18,11 +16,6 @@ Finding failed(const std::string& check, const std::string& text) { return {chec
 std::string quoted(const std::string& text) { return "\"" + text + "\""; }
 
 bool isEnciphered(const FileDownloadInfo& info) { return !info.EncryptionAlgorithm.empty(); }
-
-/// The digest that is compared after the download.
-const std::string& transferredDigest(const FileDownloadInfo& info) {
-    return isEnciphered(info) ? info.EncryptedFileChecksum : info.Checksum;
-}
 
 Finding checkVersion(const FileDownloadInfo& info) {
     const auto major = acceptedMajorVersion(info);
@@ -123,23 +116,28 @@ Finding checkTransferredDigest(const FileDownloadInfo& info, const std::filesyst
                                      (looksLikeAPage ? "; the file looks like a page" : ""));
 }
 
-/// A program of the systems that bootstrappers run on, or a script that names its interpreter.
-Finding checkProgram(const std::filesystem::path& engine) {
-    using namespace std::string_literals;
-    static const std::array<std::string, 8> beginnings{"#!"s,
-                                                       "\x7F"
-                                                       "ELF"s,
-                                                       "\xCA\xFE\xBA\xBE"s,
-                                                       "\xCA\xFE\xBA\xBF"s,
-                                                       "\xCE\xFA\xED\xFE"s,
-                                                       "\xCF\xFA\xED\xFE"s,
-                                                       "\xFE\xED\xFA\xCE"s,
-                                                       "\xFE\xED\xFA\xCF"s};
-    const std::string first = firstBytes(engine);
-    if (std::ranges::any_of(beginnings, [&](const auto& bytes) { return first.starts_with(bytes); })) {
-        return good("program", "the engine begins like a program");
+Finding checkProgram(const std::filesystem::path& engine, const std::string& system) {
+    const auto program = programIn(engine);
+    if (!program) {
+        return failed("program",
+                      "the engine is not an executable: unknown file signature; bootstrappers cannot "
+                      "start it");
     }
-    return failed("program", "the engine begins like no program: bootstrappers cannot start it");
+    if (program->systems.empty() || (!system.empty() && !program->runsOn(system))) {
+        return failed("program",
+                      "the engine is " + program->kind + (system.empty() ? "" : ", not for " + system));
+    }
+    return good("program", "the engine is " + program->kind);
+}
+
+Finding checkPackage(const std::filesystem::path& file, const std::string& system) {
+    if (!isInstallerPackage(file)) {
+        return failed("package", "the file is not an installer package of macOS");
+    }
+    if (!system.empty() && system != "macos") {
+        return failed("package", system + " has no installer for packages of macOS");
+    }
+    return warning("package", "what the package installs, and where, shows only when it is installed");
 }
 
 Finding checkTransferredSize(const FileDownloadInfo& info, const std::filesystem::path& engine) {
@@ -176,14 +174,13 @@ Findings checkDescription(const FileDownloadInfo& info) {
 }
 
 Findings checkTransferred(const FileDownloadInfo& info, const std::filesystem::path& file,
-                          const std::filesystem::path& workFolder) {
+                          const std::filesystem::path& workFolder, const std::string& system) {
     Findings findings{checkTransferredDigest(info, file)};
     if (findings.back().verdict == Verdict::failed) {
         return findings;
     }
     if (info.EncryptionAlgorithm == "pkg") {
-        findings.push_back(
-            warning("package", "what the package installs, and where, shows only when it is installed"));
+        findings.push_back(checkPackage(file, system));
         return findings;
     }
     std::filesystem::path engine = file;
@@ -193,13 +190,17 @@ Findings checkTransferred(const FileDownloadInfo& info, const std::filesystem::p
     }
     if (findings.back().verdict == Verdict::good) {
         findings.push_back(checkTransferredSize(info, file));
-        findings.push_back(checkProgram(engine));
+        findings.push_back(checkProgram(engine, system));
     }
     return findings;
 }
 
 std::string transferredUrl(const FileDownloadInfo& info) {
     return isEnciphered(info) ? info.URL + encryptedFileSuffix(info.EncryptionAlgorithm) : info.URL;
+}
+
+const std::string& transferredDigest(const FileDownloadInfo& info) {
+    return isEnciphered(info) ? info.EncryptedFileChecksum : info.Checksum;
 }
 
 std::optional<std::string> acceptedMajorVersion(const FileDownloadInfo& info) {

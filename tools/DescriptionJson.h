@@ -3,6 +3,7 @@
 #include "model/FileDownloadInfo.h"
 
 #include <nlohmann/json.hpp>
+#include <string>
 
 namespace orvane::tools {
 
@@ -18,5 +19,8 @@ inline nlohmann::ordered_json jsonOf(const FileDownloadInfo& info) {
         {"Version", info.Version},
     };
 }
+
+/// The document that bootstrappers are answered with.
+inline std::string documentOf(const FileDownloadInfo& info) { return jsonOf(info).dump(2) + "\n"; }
 
 } // namespace orvane::tools

@@ -35,9 +35,9 @@ public:
             return;
         }
         received_ += static_cast<std::int64_t>(data.size());
-        tell(progress_, name_,
-             expected_ > 0 ? std::optional(static_cast<double>(received_) / static_cast<double>(expected_))
-                           : std::nullopt);
+        report(progress_, {.what = name_,
+                           .done = received_,
+                           .total = expected_ > 0 ? std::optional(expected_) : std::nullopt});
     }
 
     void didComplete(platform::UrlSessionDataTask& /*task*/,

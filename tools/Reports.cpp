@@ -46,18 +46,43 @@ std::string answerText(const Verification& verification, const Verification::Ans
 
 std::string publicationText(const Publication& publication, bool dryRun) {
     const FileDownloadInfo& description = publication.description;
-    const std::string wrote = dryRun ? "would write " : "wrote ";
-    return "engine digest (" + description.ChecksumAlgorithm + ")       " + description.Checksum +
-           "\ntransferred digest (" + description.ChecksumAlgorithm + ")  " +
-           description.EncryptedFileChecksum + "\n" + wrote + publication.engineFile.string() + "\n" + wrote +
-           publication.descriptionFile.string() + "\n";
+    const std::string wrote = !publication.isNew ? "unchanged " : dryRun ? "would write " : "wrote ";
+    return "version " + description.Version + " at " + transferredUrl(description) + "\nengine digest (" +
+           description.ChecksumAlgorithm + ")       " + description.Checksum + "\ntransferred digest (" +
+           description.ChecksumAlgorithm + ")  " + description.EncryptedFileChecksum + "\n" + wrote +
+           publication.engineFile.string() + "\n" + wrote + publication.descriptionFile.string() + "\n";
 }
 
 std::string publicationJson(const Publication& publication, bool dryRun) {
     return printed({{"dryRun", dryRun},
+                    {"new", publication.isNew},
                     {"engineFile", publication.engineFile.string()},
                     {"descriptionFile", publication.descriptionFile.string()},
                     {"description", jsonOf(publication.description)}});
+}
+
+std::string folderText(const std::vector<PublishedVersion>& versions) {
+    std::string text;
+    for (const PublishedVersion& version : versions) {
+        const FileDownloadInfo& info = version.description;
+        text += info.Version + "  " + readableSize(version.size) + "  " + info.ChecksumAlgorithm + " " +
+                transferredDigest(info) + (version.isCurrent ? "  current" : "") +
+                (version.isStaged ? "  staged" : "") + "\n";
+    }
+    return text.empty() ? "no versions are published\n" : text;
+}
+
+std::string folderJson(const std::vector<PublishedVersion>& versions) {
+    Json list = Json::array();
+    for (const PublishedVersion& version : versions) {
+        list.push_back({{"version", version.description.Version},
+                        {"engineFile", version.engineFile.string()},
+                        {"bytes", version.size},
+                        {"current", version.isCurrent},
+                        {"staged", version.isStaged},
+                        {"description", jsonOf(version.description)}});
+    }
+    return printed({{"versions", list}});
 }
 
 std::string verificationText(const Verification& verification) {

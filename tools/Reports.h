@@ -1,9 +1,11 @@
 #pragma once
 
+#include "tools/PublicationFolder.h"
 #include "tools/Publisher.h"
 #include "tools/Verifier.h"
 
 #include <string>
+#include <vector>
 
 namespace orvane::tools {
 
@@ -11,6 +13,9 @@ namespace orvane::tools {
 
 std::string publicationText(const Publication& publication, bool dryRun);
 std::string publicationJson(const Publication& publication, bool dryRun);
+
+std::string folderText(const std::vector<PublishedVersion>& versions);
+std::string folderJson(const std::vector<PublishedVersion>& versions);
 
 std::string verificationText(const Verification& verification);
 std::string verificationJson(const Verification& verification);

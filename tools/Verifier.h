@@ -26,8 +26,13 @@ struct Verification {
     bool isAccepted() const; ///< by each of those asked for
 };
 
-/// Fetches and checks a publication with the code that bootstrappers fetch and check with. Throws
-/// `ToolError` when this machine has no room for it. `progress` may be called on another thread.
+/// Fetches and checks a publication with the code that bootstrappers fetch and check with, and how it is
+/// served. Throws `ToolError` when this machine has no room for it. `progress` may be called on another
+/// thread.
 Verification verify(const VerifyOptions& options, const ProgressHandler& progress = {});
+
+/// The same for a description that no server answers with yet; the address of the options is not requested.
+Verification verifyCandidate(const FileDownloadInfo& description, const VerifyOptions& options,
+                             const ProgressHandler& progress = {});
 
 } // namespace orvane::tools

@@ -114,7 +114,7 @@ def test_every_message_type_stands_in_the_guide_for_engines_and_in_orvane_messag
     assert f"the types 0 to {len(TYPES) - 1}" in unknown.stderr
 
 
-COMMANDS = {"orvane-publish": [[], ["verify"]], "orvane-message": [[]], "orvane-reports": [[], ["show"], ["causes"]]}
+COMMANDS = {"orvane-publish": [[], ["switch"], ["list"], ["prune"], ["verify"]], "orvane-message": [[]], "orvane-reports": [[], ["show"], ["causes"]]}
 
 
 @pytest.mark.parametrize("tool", COMMANDS)

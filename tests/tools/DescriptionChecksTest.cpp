@@ -164,23 +164,28 @@ TEST_F(DescriptionChecksTest, ASizeAboveTheFilesChangesNothingButIsWrong) {
     EXPECT_EQ(fileVerdict("length"), Verdict::warning);
 }
 
-TEST_F(DescriptionChecksTest, AnEngineThatBeginsLikeNoProgramFails) {
+TEST_F(DescriptionChecksTest, AnEngineThatIsNotAProgramForTheSystemFails) {
     describe("");
     transfer("a text");
     info_.Checksum = info_.EncryptedFileChecksum;
     EXPECT_EQ(fileVerdict("program"), Verdict::failed);
-    for (const std::string beginning :
-         {"#!", "\x7F\x45LF", "\xCA\xFE\xBA\xBE", "\xCA\xFE\xBA\xBF", "\xCF\xFA\xED\xFE"}) {
-        transfer(beginning + " and more");
-        info_.Checksum = info_.EncryptedFileChecksum;
-        EXPECT_EQ(fileVerdict("program"), Verdict::good) << beginning;
-    }
+    transfer(std::string("\xCF\xFA\xED\xFE\x0C\0\0\1\0\0\0\0\2\0\0\0", 16));
+    info_.Checksum = info_.EncryptedFileChecksum;
+    EXPECT_EQ(fileVerdict("program"), Verdict::good);
+    EXPECT_EQ(checkTransferred(info_, file_, folder_.path(), "linux-amd64").back(),
+              (Finding{"program", Verdict::failed,
+                       "the engine is a macOS program for arm64, not for linux-amd64"}));
+    EXPECT_EQ(checkTransferred(info_, file_, folder_.path(), "macos").back().verdict, Verdict::good);
 }
 
 TEST_F(DescriptionChecksTest, WhatAPackageInstallsIsNotKnown) {
     describe("pkg");
+    transfer("xar!");
     EXPECT_EQ(fileVerdict("transferred"), Verdict::good);
     EXPECT_EQ(fileVerdict("package"), Verdict::warning);
+    EXPECT_EQ(checkTransferred(info_, file_, folder_.path(), "linux-amd64").back().verdict, Verdict::failed);
+    transfer("a text");
+    EXPECT_EQ(fileVerdict("package"), Verdict::failed);
 }
 
 } // namespace

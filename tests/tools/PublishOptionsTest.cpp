@@ -1,4 +1,6 @@
 #include "tools/PublishOptions.h"
+
+#include "tools/ProgramFormat.h"
 #include "tools/ToolError.h"
 
 #include <gtest/gtest.h>
@@ -10,13 +12,7 @@ namespace {
 
 using Options = std::map<std::string, std::string>;
 
-Options usual() {
-    return {{"--version", "14.2.7"},
-            {"--url", "https://downloads.example/setup/Varlen-setup"},
-            {"--digest", "sha256"},
-            {"--cipher", "xor"},
-            {"--output", "out"}};
-}
+Options usual() { return {{"--base-url", "https://downloads.example/setup"}, {"--folder", "out"}}; }
 
 std::vector<std::string> argumentsOf(const Options& options) {
     std::vector<std::string> arguments{"engine"};
@@ -43,17 +39,48 @@ std::string failureWith(const std::string& name, const std::string& value) {
 }
 
 TEST(PublishOptions, AreRead) {
-    const PublishOptions options = parsePublishOptions(argumentsOf(usual()));
+    PublishOptions options = parsePublishOptions(
+        {"engine", "--base-url", "https://downloads.example/setup", "--folder", "out", "--version", "14.2.7",
+         "--name", "Varlen-setup", "--digest", "md5", "--cipher", "none", "--system", "macos", "--no-run"});
     EXPECT_EQ(options.input, "engine");
     EXPECT_EQ(options.version, "14.2.7");
-    EXPECT_EQ(options.url, "https://downloads.example/setup/Varlen-setup");
-    EXPECT_EQ(options.name, "Varlen-setup");
-    EXPECT_EQ(options.digest, "sha256");
-    EXPECT_EQ(options.cipher, Cipher::exclusiveOr);
-    EXPECT_EQ(options.output, "out");
+    EXPECT_EQ(options.url(), "https://downloads.example/setup/14.2.7/Varlen-setup");
+    EXPECT_EQ(options.digest, "md5");
+    EXPECT_EQ(options.cipher, Cipher::none);
+    EXPECT_EQ(options.folder, "out");
+    EXPECT_EQ(options.system, "macos");
+    EXPECT_FALSE(options.run);
     EXPECT_TRUE(options.plainEngine.empty());
     EXPECT_FALSE(options.dryRun);
     EXPECT_FALSE(options.json);
+}
+
+TEST(PublishOptions, HaveDefaultsForTheUsualPublication) {
+    const PublishOptions options = parsePublishOptions(argumentsOf(usual()));
+    EXPECT_EQ(options.version, "");
+    EXPECT_EQ(options.name, "varlen-setup");
+    EXPECT_EQ(options.digest, "sha256");
+    EXPECT_EQ(options.cipher, Cipher::exclusiveOr);
+    EXPECT_EQ(options.system, thisSystem());
+    EXPECT_TRUE(options.run);
+}
+
+TEST(PublishOptions, TakeABaseAddressWithOrWithoutASlashAtItsEnd) {
+    Options options = usual();
+    options["--base-url"] = "https://downloads.example/setup//";
+    EXPECT_EQ(parsePublishOptions(argumentsOf(options)).baseUrl, "https://downloads.example/setup");
+}
+
+TEST(PublishOptions, DoNotRunAnEngineForAnotherSystem) {
+    Options options = usual();
+    options["--system"] = "macos";
+    EXPECT_EQ(failureOf(argumentsOf(options)),
+              "an engine for macos cannot run on " + thisSystem() + "; add --no-run and --version");
+    auto arguments = argumentsOf(options);
+    arguments.emplace_back("--no-run");
+    EXPECT_EQ(failureOf(arguments), "--version is required with --no-run");
+    arguments.insert(arguments.end(), {"--version", "14.2.7"});
+    EXPECT_EQ(failureOf(arguments), "no failure");
 }
 
 TEST(PublishOptions, TakeTheFlagsAnywhere) {
@@ -67,8 +94,8 @@ TEST(PublishOptions, TakeTheFlagsAnywhere) {
 
 TEST(PublishOptions, TakePathsWithBlanks) {
     Options options = usual();
-    options["--output"] = "a \"folder\" of ours";
-    EXPECT_EQ(parsePublishOptions(argumentsOf(options)).output, "a \"folder\" of ours");
+    options["--folder"] = "a \"folder\" of ours";
+    EXPECT_EQ(parsePublishOptions(argumentsOf(options)).folder, "a \"folder\" of ours");
 }
 
 TEST(PublishOptions, ThatAreMissingAreNamed) {
@@ -94,7 +121,13 @@ TEST(PublishOptions, TakeTheEngineOfAPackageAndOfNothingElse) {
     options["--cipher"] = "pkg";
     EXPECT_EQ(failureOf(argumentsOf(options)), "--plain-engine is required with --cipher pkg");
     options["--plain-engine"] = "plain";
-    EXPECT_EQ(parsePublishOptions(argumentsOf(options)).plainEngine, "plain");
+    EXPECT_EQ(failureOf(argumentsOf(options)),
+              "--cipher pkg is only for --system macos: other systems have no such installer");
+    options["--system"] = "macos";
+    options["--version"] = "14";
+    auto arguments = argumentsOf(options);
+    arguments.emplace_back("--no-run");
+    EXPECT_EQ(parsePublishOptions(arguments).plainEngine, "plain");
     for (const char* cipher : {"none", "xor"}) {
         options["--cipher"] = cipher;
         EXPECT_EQ(failureOf(argumentsOf(options)),
@@ -102,21 +135,20 @@ TEST(PublishOptions, TakeTheEngineOfAPackageAndOfNothingElse) {
     }
 }
 
-TEST(PublishOptions, TakeVersionsOfNumbersAndPoints) {
-    for (const char* version : {"14", "14.2", "14.02.7.0"}) {
-        EXPECT_EQ(failureWith("--version", version), "no failure") << version;
-    }
-    for (const char* version : {".", "14.", ".2", "14..2", "14.2b", "v14", "14 2", "-1"}) {
-        EXPECT_NE(failureWith("--version", version), "no failure") << version;
-    }
+TEST(PublishOptions, TakeDottedVersionsAndKnownSystems) {
+    EXPECT_EQ(failureWith("--version", "14.2"), "no failure");
+    EXPECT_EQ(failureWith("--version", "v14"),
+              "--version: must be a dotted version such as 14.2.7, not \"v14\"");
+    EXPECT_NE(failureWith("--system", "darwin"), "no failure");
 }
 
-TEST(PublishOptions, TakeAddressesThatNameAFile) {
-    for (const char* url :
-         {"http://h.example/a", "engine", "https://h.example/a b", "https://h.example/a?b",
-          "https://h.example/a#b", "https://h.example/a/", "https://h.example", "https:///a",
-          "https://h.example/..", "https://h.example/%41", "https://h.example/downloadinstaller.json"}) {
-        EXPECT_NE(failureWith("--url", url), "no failure") << url;
+TEST(PublishOptions, TakeHttpsAddressesThatCanBeAppendedTo) {
+    for (const char* url : {"http://h.example/a", "folder", "https://h.example/a b", "https://h.example/a?b",
+                            "https://h.example/a#b"}) {
+        EXPECT_NE(failureWith("--base-url", url), "no failure") << url;
+    }
+    for (const char* name : {"a/b", ".a", "..", "a%41", "a b", "a?b", "downloadinstaller.json"}) {
+        EXPECT_NE(failureWith("--name", name), "no failure") << name;
     }
 }
 

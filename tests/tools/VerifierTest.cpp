@@ -19,12 +19,21 @@ protected:
         return verify({.url = vendor_.origin() + kDescription, .bootstrappers = bootstrappers});
     }
 
+    static std::optional<Verdict> verdictOf(const Verification& result, const std::string& check) {
+        for (const Finding& finding : result.findings) {
+            if (finding.check == check) {
+                return finding.verdict;
+            }
+        }
+        return std::nullopt;
+    }
+
     test::TestVendor vendor_;
 };
 
 TEST_F(VerifierTest, WhatIsPublishedWellIsAcceptedByItsMajorVersionAlone) {
-    for (const char* cipher : {"", "xor", "pkg"}) {
-        const FileDownloadInfo info = vendor_.publishEngine(kEngine, cipher);
+    for (const std::string cipher : {"", "xor", "pkg"}) {
+        const FileDownloadInfo info = vendor_.publishEngine(cipher == "pkg" ? "xar!" : kEngine, cipher);
         ASSERT_EQ(info.Version.substr(0, 3), "14.");
         const Verification result = verification({"14.9", "13.0", "014"});
         EXPECT_FALSE(result.hasFailed()) << verificationText(result);
@@ -41,22 +50,26 @@ TEST_F(VerifierTest, FetchesWhatABootstrapperFetches) {
     vendor_.publishEngine(kEngine, "xor");
     verification();
     const auto requests = vendor_.requests();
-    ASSERT_EQ(requests.size(), 2U);
+    ASSERT_EQ(requests.size(), 4U); // each a second time for status, headers and certificate
     EXPECT_EQ(requests[0], kDescription);
-    EXPECT_TRUE(requests[1].ends_with(".enc")) << requests[1];
+    EXPECT_EQ(requests[1], kDescription);
+    EXPECT_TRUE(requests[2].ends_with(".enc")) << requests[2];
+    EXPECT_EQ(requests[3], requests[2]);
 }
 
 TEST_F(VerifierTest, APageInPlaceOfTheDescriptionIsRefused) {
-    vendor_.answerDescriptionWith("<html></html>");
+    vendor_.setFaults(R"({"/downloadinstaller": {"status": 503, "page": "<h1>Busy</h1>\nLater"}})");
     const Verification result = verification();
     EXPECT_TRUE(result.fetched);
     EXPECT_TRUE(result.hasFailed());
+    EXPECT_TRUE(result.findings.back().text.ends_with(" (HTTP status 503, first line: <h1>Busy</h1>)"))
+        << result.findings.back().text;
     EXPECT_FALSE(result.answers.at(0).accepts);
 }
 
 TEST_F(VerifierTest, ADescriptionThatIsNotUtf8IsRefused) {
     vendor_.answerDescriptionWith("\xFF");
-    EXPECT_EQ(verification().findings.back().text, "it is not valid UTF-8: bootstrappers stop");
+    EXPECT_TRUE(verification().findings.back().text.starts_with("it is not valid UTF-8: bootstrappers stop"));
 }
 
 TEST_F(VerifierTest, ADescriptionThatNobodyAcceptsLeavesItsEngineUnfetched) {
@@ -64,7 +77,7 @@ TEST_F(VerifierTest, ADescriptionThatNobodyAcceptsLeavesItsEngineUnfetched) {
     info.ChecksumAlgorithm = "SHA256";
     vendor_.describe(info);
     EXPECT_TRUE(verification().hasFailed());
-    EXPECT_EQ(vendor_.requests(), std::vector<std::string>{kDescription});
+    EXPECT_EQ(vendor_.requests(), (std::vector<std::string>{kDescription, kDescription}));
 }
 
 TEST_F(VerifierTest, AnotherEngineThanTheDescribedOneIsRefused) {
@@ -72,9 +85,34 @@ TEST_F(VerifierTest, AnotherEngineThanTheDescribedOneIsRefused) {
     info.Checksum.back() = info.Checksum.back() == '0' ? '1' : '0';
     vendor_.describe(info);
     const Verification result = verification();
-    EXPECT_EQ(result.findings.back().check, "transferred");
-    EXPECT_TRUE(result.hasFailed());
+    EXPECT_EQ(verdictOf(result, "transferred"), Verdict::failed);
+    EXPECT_EQ(result.findings.back().text, "HTTP status 200, first line: #!/bin/sh");
     EXPECT_TRUE(result.fetched);
+}
+
+TEST_F(VerifierTest, ReportsHowWhatIsPublishedIsServed) {
+    vendor_.publishEngine(kEngine, "xor");
+    vendor_.setFaults(R"({"/downloadinstaller": {"headers": {"Cache-Control": "no-store"}}})");
+    const Verification result = verification();
+    EXPECT_EQ(verdictOf(result, "description-status"), Verdict::good);
+    EXPECT_EQ(verdictOf(result, "description-cache"), Verdict::good);
+    EXPECT_EQ(verdictOf(result, "description-certificate"), Verdict::good);
+    EXPECT_EQ(verdictOf(result, "engine-certificate"), Verdict::good);
+    EXPECT_EQ(verdictOf(result, "engine-cache"), Verdict::warning);
+    EXPECT_EQ(verdictOf(result, "engine-length"), Verdict::good);
+    EXPECT_TRUE(result.isAccepted());
+}
+
+TEST_F(VerifierTest, ChecksACandidateThatNoServerAnswersWithYet) {
+    FileDownloadInfo info = vendor_.publishEngine(kEngine, "xor");
+    vendor_.answerDescriptionWith("");
+    const VerifyOptions options{.bootstrappers = {"14.0.0"}};
+    EXPECT_TRUE(verifyCandidate(info, options).isAccepted());
+    for (const std::string& request : vendor_.requests()) {
+        EXPECT_NE(request, kDescription);
+    }
+    info.EncryptedFileChecksum = info.Checksum;
+    EXPECT_FALSE(verifyCandidate(info, options).isAccepted());
 }
 
 TEST_F(VerifierTest, AServerThatIsNotThereIsToldApart) {
@@ -111,14 +149,15 @@ TEST_F(VerifierTest, ReportsToProgramsWhatItReportsToPeople) {
 
 TEST_F(VerifierTest, TellsHowMuchHasBeenFetched) {
     vendor_.publishEngine(kEngine, "");
-    std::optional<double> last;
+    Progress last;
     verify({.url = vendor_.origin() + kDescription, .bootstrappers = {"14"}},
-           [&last](std::string_view, std::optional<double> fraction) {
-               if (fraction) {
-                   last = fraction;
+           [&last](const Progress& progress) {
+               if (progress.done) {
+                   last = progress;
                }
            });
-    EXPECT_EQ(last, 1.0);
+    EXPECT_EQ(last.done, kEngine.size());
+    EXPECT_EQ(last.total, kEngine.size());
 }
 
 std::string failureOf(const std::vector<std::string>& arguments) {
@@ -147,6 +186,17 @@ TEST(VerifyOptionsTest, AreRead) {
     EXPECT_EQ(options.bootstrappers, (std::vector<std::string>{"13.1", "14"}));
     EXPECT_EQ(options.authority, "ca.pem");
     EXPECT_TRUE(options.json);
+}
+
+TEST(VerifyOptionsTest, TakeARangeOfBootstrappersForItsEndsAndTheMajorVersionsBetween) {
+    EXPECT_EQ(versionsInRange("13.4"), (std::vector<std::string>{"13.4"}));
+    EXPECT_EQ(versionsInRange("14.0-14.9"), (std::vector<std::string>{"14.0", "14.9"}));
+    EXPECT_EQ(versionsInRange("13.4-16.1"), (std::vector<std::string>{"13.4", "14", "15", "16.1"}));
+    for (const char* range : {"14.2-14.1", "14-14", "1-102", "1-99999999999", "14-", "-14", "1-2-3"}) {
+        EXPECT_NE(failureOf({"--bootstrapper", range}), "no failure") << range;
+    }
+    EXPECT_EQ(parseVerifyOptions({"--bootstrapper", "13-14"}).bootstrappers,
+              (std::vector<std::string>{"13", "14"}));
 }
 
 TEST(VerifyOptionsTest, RefuseWhatIsNoHttpsAddressOrNoVersion) {
