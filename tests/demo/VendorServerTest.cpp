@@ -104,7 +104,7 @@ TEST_F(Vendor, RefusesAndNotesEveryOtherRequest) {
                                            "/downloadinstaller?os=linux&product=varlen",
                                            std::string(kDescription) + "&x=1",
                                            "/varlen/setup/missing",
-                                           "/varlen/setup/sub/file",
+                                           "/varlen/setup/sub",
                                            "/varlen/setup/",
                                            "/engine",
                                            "/varlen/setup/engine?x"};
@@ -112,6 +112,12 @@ TEST_F(Vendor, RefusesAndNotesEveryOtherRequest) {
         EXPECT_EQ(bodyOf(target), "<html><body><h1>404</h1></body></html>\n") << target;
     }
     EXPECT_EQ(targetsIn("unexpected.log"), targets);
+}
+
+TEST_F(Vendor, ServesTheFilesOfSubfolders) {
+    writeFile(folder() / "published/14.2.7/varlen-setup.enc", "x");
+    EXPECT_EQ(bodyOf("/varlen/setup/14.2.7/varlen-setup.enc"), "x");
+    EXPECT_TRUE(targetsIn("unexpected.log").empty());
 }
 
 TEST_F(Vendor, RefusesOtherMethods) {
