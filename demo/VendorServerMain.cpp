@@ -37,7 +37,7 @@ VendorOptions parseOptions(CLI::App& line, int argumentCount, const char* const*
         ->allow_extra_args(false)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
     line.add_option("--address", options.address, "where to listen")->capture_default_str();
-    line.add_option("--port", port, "on which port; 0 picks a free one")->capture_default_str();
+    line.add_option("--port", port, "on which port; 0 picks a free one")->take_last()->capture_default_str();
     line.add_option("--certificate", flaw)->check(CLI::IsMember(kFlaws))->capture_default_str();
     line.add_option("--tls", tls, "1.1: no newer version")
         ->check(CLI::IsMember({"current", "1.1"}))
