@@ -25,7 +25,12 @@ TEST(ShellTest, ACommandsOwnStatusIsReturned) {
     EXPECT_EQ(Shell({"sh", "-c", "exit 255"}), 255);
 }
 
-TEST(ShellTest, ACommandThatDoesNotExistAnswers127) { EXPECT_EQ(Shell({"orvane-no-such-command"}), 127); }
+TEST(ShellTest, ACommandThatDoesNotExistAnswers127) {
+    // For a search path with a folder that cannot be entered env answers 126.
+    const TemporaryFolder folder;
+    const EnvironmentVariable path("PATH", folder.path().string());
+    EXPECT_EQ(Shell({"orvane-no-such-command"}), 127);
+}
 
 TEST(ShellTest, TheCommandIsLookedUpOnTheSearchPath) {
     const TemporaryFolder folder;
