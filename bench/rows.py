@@ -1,13 +1,18 @@
 """The rows of the table: a piece of the program's work beside what a user would pick instead."""
 
+import os
 import shutil
 import subprocess
 from dataclasses import dataclass
 
+from link import Link
 from measure import Failure, in_turns, median, ratio, run
 from world import KEY, MIB, WindowWatch
 
 MS = 1000
+
+LINK_MEGABITS = 100
+LINK_ROUND_TRIP = 0.030
 
 
 @dataclass
@@ -183,6 +188,30 @@ def whole_run_rows(world, size, pairs):
     yield Row(name, "the same and a minimal window",
               ratio(runs, [a + b for a, b in zip(sums, windows)]), 1.2, False,
               remark=f"the window {median(windows) * MS:.0f} ms")
+
+
+def link_rows(world, size, pairs):
+    if os.geteuid() != 0:
+        print("compare: the row link needs root, and is left out")
+        return
+    rehearsal = world.rehearsal("link", engine_size=size)
+    description = f"{world.origin}/downloadinstaller"
+    engine = f"{world.origin}/{rehearsal.enciphered.name}"
+
+    def curl(link, url):
+        return run([*link.command(), "curl", "--silent", "--fail", "--cacert", world.authority,
+                    "--output", world.fresh("by-hand"), url]).seconds
+
+    def ours(link):
+        rehearsal.forget_engine()
+        return rehearsal.run(through=link.command())[0].seconds
+
+    with Link(int(world.origin.rpartition(":")[2]), LINK_MEGABITS, LINK_ROUND_TRIP) as link:
+        runs, curls = in_turns(pairs, lambda: ours(link), lambda: curl(link, description) + curl(link, engine))
+    yield Row(f"whole installation of an enciphered engine of {size // MIB} MiB, link of {LINK_MEGABITS} Mbit/s and "
+              f"{LINK_ROUND_TRIP * MS:.0f} ms", "curl for the description, then curl for the engine",
+              ratio(runs, curls), 1.05, False,
+              remark=f"{median(runs):.2f} s; those {median(curls):.2f} s")
 
 
 def size_rows(world):

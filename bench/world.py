@@ -128,14 +128,14 @@ class Rehearsal:
     def forget_engine(self):
         shutil.rmtree(self._place.parent, ignore_errors=True)
 
-    def run(self, program="OrvaneBootstrapRehearsal", messages=0):
-        """A whole run. Returns what it took, the seconds for which the engine sent, and how the main thread fared."""
+    def run(self, program="OrvaneBootstrapRehearsal", messages=0, through=()):
+        """A whole run; `through` begins its command line. Returns what it took, the seconds for which the engine sent, and how the main thread fared."""
         files = {name: self.folder / name for name in ("BENCH_SENT", "BENCH_BEGUN", "BENCH_STALLS")}
         for file in files.values():
             file.unlink(missing_ok=True)
         variables = self._world.variables | {name: str(file) for name, file in files.items()} | {
             "ORVANE_REHEARSAL": str(self.folder), "BENCH_MESSAGES": str(messages)}
-        cost = run([self._world.build / program], variables)
+        cost = run([*through, self._world.build / program], variables)
         sent = float(files["BENCH_SENT"].read_text())
         stalls = json.loads(files["BENCH_STALLS"].read_text()) if files["BENCH_STALLS"].exists() else None
         return cost, sent, stalls
