@@ -25,6 +25,10 @@ constexpr char kDescriptionTarget[] = "/downloadinstaller?os=darwin&product=varl
 constexpr char kReportPath[] = "/crashreport";
 constexpr std::string_view kFilePrefix = "/varlen/setup/";
 
+/// Longest wait for a client in the midst of a conversation. The library's five seconds cut off clients that
+/// had to wait for a processor on a busy machine.
+constexpr time_t kClientPatienceSeconds = 60;
+
 constexpr char kJsonType[] = "application/json; charset=utf-8";
 constexpr char kFileType[] = "application/octet-stream";
 constexpr char kPageType[] = "text/html; charset=utf-8";
@@ -137,6 +141,9 @@ void VendorServer::Service::setUpHandlers() {
     using HandlerResponse = httplib::Server::HandlerResponse;
     // One connection a request: a client that was cut off or waits never holds up another.
     server_.set_keep_alive_max_count(1);
+    server_.set_keep_alive_timeout(kClientPatienceSeconds);
+    server_.set_read_timeout(kClientPatienceSeconds);
+    server_.set_write_timeout(kClientPatienceSeconds);
     // The library's own choice would let two servers share one port, and clients meet either.
     server_.set_socket_options([](int descriptor) {
         const int enabled = 1;

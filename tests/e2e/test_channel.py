@@ -10,7 +10,7 @@ import pytest
 from harness.engines import shell_engine, waiting_for_the_owners_end
 from harness.messages import CANCEL, END, ERROR, FIRST_UNASSIGNED, LONGEST_TEXT, NETWORK, PROGRESS, STEP, after
 from harness.texts import French
-from harness.waiting import eventually
+from harness.waiting import DEADLINE_SECONDS, eventually
 
 EACCES, EMSGSIZE = 13, 90
 NOBODY, SOMEBODY = 65534, 65533
@@ -170,7 +170,7 @@ SEND = ("import socket, struct, sys\n"
 def send_as(product, user, run, message_type, text):
     command = product.namespace.command("setpriv", f"--reuid={user}", "--clear-groups", "/usr/bin/python3", "-c", SEND,
                                         run.service_name(), str(message_type), text)
-    subprocess.run(command, check=True, timeout=60)
+    subprocess.run(command, check=True, timeout=DEADLINE_SECONDS)
 
 
 def test_the_product_hears_no_other_user(product):
@@ -216,7 +216,7 @@ def test_another_users_flood_is_quiet_and_costs_the_product_a_fraction_of_the_se
         eventually(lambda: refusals(run, EACCES) == 1, "the refusal")
         send_as(product, 0, run, STEP, "Malgré tout")
         run.window.await_step("Malgré tout")
-        used_by_sender = float(flood.communicate(timeout=60)[0])
+        used_by_sender = float(flood.communicate(timeout=DEADLINE_SECONDS)[0])
     assert flood.returncode == 0
     used = run.processor_seconds() - used_before
     assert refusals(run, EACCES) == 1

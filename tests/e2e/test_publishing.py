@@ -1,7 +1,6 @@
 """What the guides for vendors and engine authors tell to do, done: their very commands, configuration and engines."""
 
 import json
-import os
 import re
 import shlex
 import shutil
@@ -11,15 +10,16 @@ from pathlib import Path
 
 import pytest
 
+from harness.display import SEARCH_PATH
 from harness.product import API_HOST, DOWNLOAD_HOST
 from harness.reports import log_in
 from harness.texts import French
-from harness.waiting import eventually
+from harness.waiting import DEADLINE_SECONDS, eventually
 
 ROOT = Path(__file__).resolve().parents[2]
 VENDOR_GUIDE = (ROOT / "docs/vendor-guide.md").read_text()
 ENGINE_GUIDE = (ROOT / "docs/engine-guide.md").read_text()
-NGINX = shutil.which("nginx", path=f"{os.environ['PATH']}:/usr/sbin")
+NGINX = shutil.which("nginx", path=SEARCH_PATH)
 
 SHELL_ENGINE = "#!/bin/sh\ncase $1 in --version) echo 14.2.7; exit ;; esac\n"
 
@@ -89,7 +89,7 @@ class Nginx:
 
     def stop(self):
         self._process.terminate()
-        self._process.wait(timeout=30)
+        self._process.wait(timeout=DEADLINE_SECONDS)
         self._log.close()
         (self.folder / "nginx.pid").unlink(missing_ok=True)
 
@@ -426,9 +426,9 @@ def test_the_engines_in_the_guide_are_rehearsed_as_the_guide_tells(rehearsal, ma
     script = block(ENGINE_GUIDE, "try=$(mktemp -d)")
     made = rehearsal.folder / "made"
     made.mkdir()
-    variables = rehearsal.variables(PATH=f"{rehearsal.build}:{os.environ['PATH']}", TMPDIR=str(made))
+    variables = rehearsal.variables(PATH=f"{rehearsal.build}:{rehearsal.variables()['PATH']}", TMPDIR=str(made))
     subprocess.run(["sh", "-ec", script.replace("build/release", str(rehearsal.build))], cwd=source, env=variables,
-                   stdout=subprocess.DEVNULL, check=True, timeout=60)
+                   stdout=subprocess.DEVNULL, check=True, timeout=DEADLINE_SECONDS)
     [installed] = made.glob("*/opt/Varlen/orvane/varlen-setup")
     assert installed.read_bytes() == engine
     reported = subprocess.run([installed, "--version"], capture_output=True, text=True, check=True)

@@ -260,7 +260,7 @@ def test_30_seconds_of_silence_end_a_download_and_the_window_answers_meanwhile(r
         run.window.await_alert(French.abort_installation)
         run.window.press(French.no)
         run.window.await_no_alert()
-    eventually(lambda: run.window.look().alerts, "the limit", deadline=90)
+    eventually(lambda: run.window.look().alerts, "the limit")
     assert end_without_connection(rehearsal, run, ENGINE) == "The request timed out (localhost)"
     vendor.release()
 
@@ -273,7 +273,7 @@ def test_a_trickle_longer_than_30_seconds_that_never_stalls_succeeds(rehearsal):
     vendor.publish(engine)
     vendor.set_faults({ENGINE_PATH: {"bytesPerSecond": len(engine) // 35}})
     run = rehearsal.start()
-    eventually(lambda: not run.is_running(), "the end of the download", deadline=120)
+    eventually(lambda: not run.is_running(), "the end of the download")
     assert run.status() == 0
     assert vendor.requests() == [DESCRIPTION, ENGINE]
 

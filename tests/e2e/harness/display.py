@@ -10,9 +10,12 @@ from pathlib import Path
 
 from . import processes
 from .pixels import Pixels
-from .waiting import eventually
+from .waiting import DEADLINE_SECONDS, eventually
 
 SCREEN = "2000x1500x24"
+
+# The caller's own may hold folders that cannot be entered, for which a missing command has another status.
+SEARCH_PATH = "/usr/sbin:/usr/bin:/sbin:/bin"
 
 DARK_COLOURS = """[Colors:Window]
 BackgroundNormal=42,46,50
@@ -43,7 +46,7 @@ class Desktop:
         self.home.mkdir()
         self._processes = []
         self.variables = {
-            "PATH": os.environ["PATH"],
+            "PATH": SEARCH_PATH,
             "HOME": str(self.home),
             "XDG_RUNTIME_DIR": str(self.folder),
             "LC_ALL": "C.UTF-8",
@@ -100,7 +103,7 @@ class Desktop:
         file.parent.mkdir(parents=True, exist_ok=True)
         cut = ["-crop", _crop(area), "+repage", "-strip"] if area else ["-trim", "+repage"]
         subprocess.run(["import", "-silent", "-window", "root", *cut, str(file)], env=self.variables, check=True,
-                       timeout=60)
+                       timeout=DEADLINE_SECONDS)
 
     def type_keys(self, window_title, *keys):
         """Gives the keyboard to the window of that title, as a window manager would, and presses keys."""
@@ -132,13 +135,13 @@ class Desktop:
     def window_property(self, title, name):
         """A property of the window on top, as xprop words it."""
         return subprocess.run(["xprop", "-notype", "-id", self.window_number(title), name], env=self.variables,
-                              check=True, timeout=60, stdout=subprocess.PIPE, text=True).stdout
+                              check=True, timeout=DEADLINE_SECONDS, stdout=subprocess.PIPE, text=True).stdout
 
     def pixels(self, area):
         """What the screen shows there."""
         left, top, right, bottom = area
         colours = subprocess.run(["import", "-silent", "-window", "root", "-crop", _crop(area), "-depth", "8", "rgb:-"],
-                                 env=self.variables, check=True, timeout=60, stdout=subprocess.PIPE).stdout
+                                 env=self.variables, check=True, timeout=DEADLINE_SECONDS, stdout=subprocess.PIPE).stdout
         return Pixels(right - left, bottom - top, colours)
 
     def click(self, area, times=1):
@@ -153,7 +156,7 @@ class Desktop:
         _send_close_request(self.variables["DISPLAY"], int(number))
 
     def _xdotool(self, *arguments):
-        return subprocess.run(["xdotool", *arguments], env=self.variables, check=True, timeout=60,
+        return subprocess.run(["xdotool", *arguments], env=self.variables, check=True, timeout=DEADLINE_SECONDS,
                               stdout=subprocess.PIPE, text=True).stdout
 
     def _start(self, command, announcing, **options):

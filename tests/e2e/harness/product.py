@@ -1,14 +1,14 @@
 """The product itself, untouched, at its fixed places: in a mount and network namespace of its own, in which the
 vendor's names lead to this machine. Needs root."""
 
-import shlex
 import shutil
 import subprocess
+import sys
 from pathlib import Path
 
 from .rehearsal import FRENCH, Rehearsal
 from .vendor import Vendor
-from .waiting import eventually
+from .waiting import DEADLINE_SECONDS, eventually
 
 API_HOST = "api.kestrix.invalid"
 DOWNLOAD_HOST = "downloads.kestrix.invalid"
@@ -16,29 +16,11 @@ DOWNLOAD_ORIGIN = f"https://{DOWNLOAD_HOST}"
 
 _AUTHORITIES = "/etc/ssl/certs/ca-certificates.crt"
 
-# A root put together from the system's folders, so that /opt and /Library are new ones and nothing has to be made
-# outside. /run is new too: no test reaches this machine's own services. It grows at /mnt, which every system has and
-# no program here needs.
-_SET_UP = """
-set -e
-mount -t tmpfs none /mnt
-for entry in /*; do
-    case $entry in
-        /mnt | /opt | /Library | /run) ;;
-        /etc) cp -a /etc /mnt ;;  # a copy takes new files, and a bare system has no hosts
-        *) if [ -L "$entry" ]; then cp -P "$entry" /mnt
-           elif [ -d "$entry" ]; then mkdir "/mnt$entry"; mount --rbind "$entry" "/mnt$entry"
-           fi ;;
-    esac
-done
-mkdir /mnt/mnt /mnt/opt /mnt/Library /mnt/run
-touch /mnt/etc/hosts
-mount --bind {folder}/hosts /mnt/etc/hosts
-mount --bind {folder}/authorities.pem /mnt{authorities}
-ip link set lo up
-touch {folder}/ready
-exec sleep infinity
-"""
+# The root is put together from the system's folders by namespace_holder.py, at /mnt, which every system has and no program
+# here needs. These are new and empty, so that nothing has to be made outside; without the system's /run no test reaches
+# this machine's own services.
+_NEW_FOLDERS = ("opt", "Library", "run")
+_HOLDER = Path(__file__).with_name("namespace_holder.py")
 
 
 class Namespace:
@@ -48,13 +30,16 @@ class Namespace:
         self._authorities = folder / "authorities.pem"
         shutil.copy(_AUTHORITIES, self._authorities)
         (folder / "hosts").write_text(f"127.0.0.1 localhost {API_HOST} {DOWNLOAD_HOST}\n")
-        script = _SET_UP.format(folder=shlex.quote(str(folder)), authorities=_AUTHORITIES)
-        self._holder = subprocess.Popen(["unshare", "--mount", "--net", "sh", "-c", script], env=variables,
-                                        stdin=subprocess.DEVNULL)
-        ready = folder / "ready"
-        eventually(lambda: ready.exists() or self._holder.poll() is not None, "the namespace")
-        if not ready.exists():
-            raise RuntimeError("the namespace cannot be set up")
+        self._holder = subprocess.Popen(["unshare", "--mount", "--net", sys.executable, "-S", _HOLDER, folder,
+                                         _AUTHORITIES, *_NEW_FOLDERS], env=variables, stdin=subprocess.DEVNULL)
+        try:
+            ready = folder / "ready"
+            eventually(lambda: ready.exists() or self._holder.poll() is not None, "the namespace")
+            if not ready.exists():
+                raise RuntimeError("the namespace cannot be set up")
+        except BaseException:
+            self.close()
+            raise
         self.root = Path(f"/proc/{self._holder.pid}/root/mnt")
 
     @property
@@ -106,7 +91,7 @@ class Product(Rehearsal):
         """A disk of its own at this folder of the namespace."""
         folder = Path("/", folder.relative_to(self.namespace.root))
         for command in (["mkdir", "-p", folder], ["mount", "-t", "tmpfs", "-o", options, "none", folder]):
-            subprocess.run(self.namespace.command(*command), check=True, timeout=60)
+            subprocess.run(self.namespace.command(*command), check=True, timeout=DEADLINE_SECONDS)
 
     def start(self, *options, languages=FRENCH, variables=None, through=()):
         return self.run_program(self.namespace.command(*through, self.build / self.program_name, *options),

@@ -7,7 +7,7 @@ import signal
 import subprocess
 from pathlib import Path
 
-from .waiting import eventually
+from .waiting import DEADLINE_SECONDS, eventually
 
 DESCRIPTION = "GET /downloadinstaller?os=darwin&product=varlen"
 REPORT = "POST /crashreport"
@@ -57,7 +57,7 @@ class Vendor:
     def stop(self):
         if self._process.poll() is None:
             self._process.send_signal(signal.SIGTERM)
-        self._process.wait(timeout=30)
+        self._process.wait(timeout=DEADLINE_SECONDS)
         self._log.close()
 
     def publish(self, engine, *, version="14.2.7", cipher="", algorithm="sha256", origin=None, served=None,
