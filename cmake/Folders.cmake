@@ -28,8 +28,9 @@ endfunction()
 orvane_include_root(sender)
 add_library(orvane_sender STATIC ${ORVANE_SENDER_SOURCES})
 add_library(orvane::sender ALIAS orvane_sender)
-target_include_directories(orvane_sender PUBLIC "${sender_root}")
-target_link_libraries(orvane_sender PRIVATE orvane::warnings)
+target_include_directories(orvane_sender PUBLIC
+    "$<BUILD_INTERFACE:${sender_root}>" "$<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>")
+target_link_libraries(orvane_sender PRIVATE $<BUILD_INTERFACE:orvane::warnings>)
 
 orvane_add_folder(config)
 target_include_directories(orvane_config PUBLIC "${CMAKE_BINARY_DIR}/generated")

@@ -1,5 +1,7 @@
 # What the program is made of on Linux, and what Debian's packages it takes for it.
 
+include(GNUInstallDirs)
+
 find_package(CURL REQUIRED)
 find_package(nlohmann_json REQUIRED) # for demo, tools and tests
 find_package(OpenSSL REQUIRED)
@@ -44,6 +46,7 @@ include(cmake/Packaging.cmake)
 add_subdirectory(demo)
 add_subdirectory(launcher)
 add_subdirectory(tools)
+include(cmake/Components.cmake)
 
 include(CTest)
 if(BUILD_TESTING)

@@ -1,5 +1,6 @@
 # What the program is made of on a Mac, with Xcode's compiler and the system's own frameworks.
 
+include(GNUInstallDirs)
 enable_language(OBJCXX)
 set(CMAKE_OBJCXX_STANDARD 20)
 set(CMAKE_OBJCXX_STANDARD_REQUIRED ON)

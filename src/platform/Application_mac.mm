@@ -22,7 +22,7 @@ bool isAlertOpen() { return NSApplication.sharedApplication.modalWindow != nil; 
 /// Holds the window's view and its controls. The portable controller is called by `showWindow`, not from the
 /// life cycle of the view: AppKit may be committing a transaction there, in which it shows no alert.
 @interface OrvaneViewController : NSViewController {
-  @public
+@public
     std::shared_ptr<platform::ViewControllerBase> controller;
     platform::MainView mainView;
 }
@@ -44,7 +44,7 @@ bool isAlertOpen() { return NSApplication.sharedApplication.modalWindow != nil; 
 @end
 
 @interface OrvaneApplicationDelegate : NSObject <NSApplicationDelegate> {
-  @public
+@public
     platform::ApplicationDelegate* delegate;
     platform::ViewControllerFactory makeViewController;
     std::string windowTitle;

@@ -19,7 +19,7 @@ NSColor* toNSColor(const Color& color) {
 }
 
 class MacTextField final : public TextField {
-  public:
+public:
     /// VoiceOver names `described`, if there is one, by this field's text.
     explicit MacTextField(OrvaneScrollingText* area, NSView* described = nil)
         : area_(area), described_(described) {}
@@ -32,13 +32,13 @@ class MacTextField final : public TextField {
     void setTextColor(const Color& textColor) override { area_.label.textColor = toNSColor(textColor); }
     void setSystemFontOfSize(double size) override { area_.label.font = [NSFont systemFontOfSize:size]; }
 
-  private:
+private:
     OrvaneScrollingText* const area_;
     NSView* const described_;
 };
 
 class MacLevelIndicator final : public LevelIndicator {
-  public:
+public:
     explicit MacLevelIndicator(OrvaneProgressBar* bar) : bar_(bar) {}
 
     void setMinValue(double minValue) override {
@@ -56,14 +56,14 @@ class MacLevelIndicator final : public LevelIndicator {
         [bar_ tellValue];
     }
 
-  private:
+private:
     OrvaneProgressBar* const bar_;
 };
 
 /// A title in the colour of the window's background, whatever the button's state: AppKit's own colour for the
 /// title of a disabled button cannot be read on that background.
 class MacButton final : public Button {
-  public:
+public:
     explicit MacButton(NSButton* button) : button_(button) {}
 
     void setTitle(const std::string& title) override {
@@ -76,7 +76,7 @@ class MacButton final : public Button {
         showTitle();
     }
 
-  private:
+private:
     void applyEnabled(bool enabled) override { button_.enabled = enabled; }
 
     void showTitle() {
@@ -93,7 +93,7 @@ class MacButton final : public Button {
 };
 
 class MacLayer final : public Layer {
-  public:
+public:
     MacLayer(CALayer* layer, std::shared_ptr<MacButton> button) : layer_(layer), button_(std::move(button)) {}
 
     void setBackgroundColor(const Color& backgroundColor) override {
@@ -102,13 +102,13 @@ class MacLayer final : public Layer {
         button_->setTitleColor(color);
     }
 
-  private:
+private:
     CALayer* const layer_;
     const std::shared_ptr<MacButton> button_;
 };
 
 class MacWindow final : public Window {
-  public:
+public:
     MacWindow(NSWindow* window, WindowPresence& presence) : window_(window), presence_(presence) {}
 
     void setMovableByWindowBackground(bool movable) override { window_.movableByWindowBackground = movable; }
@@ -119,7 +119,7 @@ class MacWindow final : public Window {
         [window_ orderOut:nil];
     }
 
-  private:
+private:
     NSWindow* const window_;
     WindowPresence& presence_;
 };

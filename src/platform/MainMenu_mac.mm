@@ -9,7 +9,7 @@ using orvane::platform::toNSString;
 
 /// The menu bar, whose titles follow the run's language.
 @interface OrvaneMainMenu : NSObject <NSMenuDelegate> {
-  @public
+@public
     orvane::platform::MenuTexts texts;
 }
 

@@ -29,7 +29,7 @@ std::optional<Error> launchError(NSTask* task) {
 /// NSTask guards itself against a number that another process was given meanwhile, but not against several
 /// threads.
 class Process::Child {
-  public:
+public:
     std::mutex mutex; ///< guards the task from its launch on
     bool isLaunched = false;
     NSTask* const task = [[NSTask alloc] init];

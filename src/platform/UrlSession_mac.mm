@@ -16,20 +16,21 @@ class MacDataTask;
 /// The tasks in flight, by the system's own number for each. A task is added when it is resumed or cancelled
 /// and removed for good by its completion.
 class RunningTasks {
-  public:
+public:
     void add(const std::shared_ptr<MacDataTask>& task);
     std::shared_ptr<MacDataTask> find(NSURLSessionTask* task) const;
     std::shared_ptr<MacDataTask> take(NSURLSessionTask* task);
 
-  private:
+private:
     mutable std::mutex mutex_;
     std::map<NSUInteger, std::shared_ptr<MacDataTask>> tasks_;
 };
 
 class MacDataTask final : public UrlSessionDataTask, public std::enable_shared_from_this<MacDataTask> {
-  public:
+public:
     MacDataTask(NSURLSessionDataTask* task, std::shared_ptr<RunningTasks> runningTasks)
-        : task_(task), runningTasks_(std::move(runningTasks)),
+        : task_(task),
+          runningTasks_(std::move(runningTasks)),
           refusalToBegin_(refusalOfTransfer(originalRequestUrl().value_or(std::string()))) {}
 
     std::optional<std::string> originalRequestUrl() const override {
@@ -73,7 +74,7 @@ class MacDataTask final : public UrlSessionDataTask, public std::enable_shared_f
         return redirectRefusal_ ? redirectRefusal_ : refusalToBegin_;
     }
 
-  private:
+private:
     NSURLSessionDataTask* const task_;
     const std::shared_ptr<RunningTasks> runningTasks_;
     const std::optional<Error> refusalToBegin_;
@@ -146,7 +147,7 @@ using namespace orvane;
 /// Stands between the system's session, which holds it until its last task has ended, and our delegate, which
 /// it holds weakly.
 @interface OrvaneSessionDelegate : NSObject <NSURLSessionDataDelegate> {
-  @public
+@public
     std::weak_ptr<platform::UrlSessionDataDelegate> delegate;
     std::shared_ptr<platform::RunningTasks> runningTasks;
 }
@@ -218,7 +219,7 @@ namespace orvane::platform {
 namespace {
 
 class MacUrlSession final : public UrlSession {
-  public:
+public:
     MacUrlSession(const UrlSessionConfiguration& configuration,
                   std::weak_ptr<UrlSessionDataDelegate> delegate) {
         NSURLSessionConfiguration* const converted = NSURLSessionConfiguration.defaultSessionConfiguration;
@@ -246,7 +247,7 @@ class MacUrlSession final : public UrlSession {
         }
     }
 
-  private:
+private:
     const std::shared_ptr<RunningTasks> runningTasks_ = std::make_shared<RunningTasks>();
     NSURLSession* session_ = nil;
 };

@@ -117,10 +117,5 @@ TEST(LocalizedTextsTest, TheNamesOfTheVendorAreThoseOfTheDeployment) {
     EXPECT_TRUE(texts.at(3009).ends_with(R"(<a href=".domain.example/...".>product.example</a>.**)"));
 }
 
-TEST(LocalizedTextsTest, TheProductIsBuiltWithTheNamesThatNeverResolve) {
-    const VendorNames& names = productDeployment().vendorNames;
-    EXPECT_EQ(loadLocalizedTexts(names), loadLocalizedTexts(kestrix()));
-}
-
 } // namespace
 } // namespace orvane

@@ -1,5 +1,7 @@
 #include "config/Deployment.h"
 
+#include "config/VendorValues.h"
+
 #include <gtest/gtest.h>
 
 namespace orvane {
@@ -14,9 +16,20 @@ TEST(ProductDeploymentTest, TheEngineAndTheLogsLieWhereTheVendorPutsThem) {
 }
 
 TEST(ProductDeploymentTest, TheVendorIsAskedByHttpsOnItsOneHost) {
+    const std::string host = vendor::kApiHost;
     EXPECT_EQ(productDeployment().fileDescriptionUrl,
-              "https://api.kestrix.invalid/downloadinstaller?os=darwin&product=varlen");
-    EXPECT_EQ(productDeployment().crashReportUrl, "https://api.kestrix.invalid/crashreport");
+              "https://" + host + "/downloadinstaller?os=darwin&product=varlen");
+    EXPECT_EQ(productDeployment().crashReportUrl, "https://" + host + "/crashreport");
+}
+
+TEST(ProductDeploymentTest, TextsNameTheVendorAsTheBuildDoes) {
+    const VendorNames& names = productDeployment().vendorNames;
+    EXPECT_EQ(names.downloadServer, vendor::kDownloadServer);
+    EXPECT_EQ(names.secondServer, vendor::kSecondServer);
+    EXPECT_EQ(names.apiServers, vendor::kApiServers);
+    EXPECT_EQ(names.webSite, vendor::kWebSite);
+    EXPECT_EQ(names.domain, vendor::kDomain);
+    EXPECT_EQ(names.productWebDomain, vendor::kProductWebDomain);
 }
 
 TEST(ProductDeploymentTest, WithTenCharactersMoreAServiceNameHas35) {

@@ -11,7 +11,7 @@ std::string reportOf(const std::string& log) {
            R"(", "OS": "darwin", "SoftwareName": "bootstrapper", "SoftwareVersion": "0.1.0"})";
 }
 
-TEST(CrashReportArchive, KeepsEachReportAndItsReadableLog) {
+TEST(CrashReportArchiveTest, KeepsEachReportAndItsReadableLog) {
     const test::TemporaryFolder folder;
     CrashReportArchive archive(folder.path() / "reports");
     archive.add(reportOf("YWJj"));
@@ -21,7 +21,7 @@ TEST(CrashReportArchive, KeepsEachReportAndItsReadableLog) {
     EXPECT_EQ(test::contentsOf(folder.path() / "reports/002.log"), "");
 }
 
-TEST(CrashReportArchive, RefusesWhatIsNoReport) {
+TEST(CrashReportArchiveTest, RefusesWhatIsNoReport) {
     const test::TemporaryFolder folder;
     CrashReportArchive archive(folder.path());
     EXPECT_THROW(archive.add(""), CrashReportError);

@@ -30,7 +30,7 @@ std::string failureOf(const std::vector<std::string>& arguments) {
     return "no failure";
 }
 
-TEST(EngineArguments, AreReadWithTheirValues) {
+TEST(EngineArgumentsTest, AreReadWithTheirValues) {
     const EngineArguments arguments = parseEngineArguments(usualArguments());
     EXPECT_EQ(arguments.ownerProcess, 4711);
     EXPECT_EQ(arguments.owner, "kestrix.orvane.bootstrap.abcdefghij");
@@ -42,7 +42,7 @@ TEST(EngineArguments, AreReadWithTheirValues) {
     EXPECT_TRUE(arguments.further.empty());
 }
 
-TEST(EngineArguments, KeepTheOwnersOptionsInTheirOrder) {
+TEST(EngineArgumentsTest, KeepTheOwnersOptionsInTheirOrder) {
     auto all = usualArguments();
     all.insert(all.end(), {"--uninstall", "x", "--incomplete", "--step", "9"});
     const EngineArguments arguments = parseEngineArguments(all);
@@ -51,19 +51,19 @@ TEST(EngineArguments, KeepTheOwnersOptionsInTheirOrder) {
               (std::vector<std::string>{"--uninstall", "x", "--incomplete", "--step", "9"}));
 }
 
-TEST(EngineArguments, AreRefusedWithoutAnOwner) {
+TEST(EngineArgumentsTest, AreRefusedWithoutAnOwner) {
     EXPECT_EQ(failureOf({"--pid", "1"}), "missing option --owner");
 }
 
-TEST(EngineArguments, AreRefusedWithoutAStep) {
+TEST(EngineArgumentsTest, AreRefusedWithoutAStep) {
     EXPECT_EQ(failureOf({"--pid", "1", "--owner", "x"}), "missing option --step");
 }
 
-TEST(EngineArguments, AreRefusedWhenAValueIsMissing) {
+TEST(EngineArgumentsTest, AreRefusedWhenAValueIsMissing) {
     EXPECT_EQ(failureOf({"--owner", "x", "--pid"}), "option --pid needs a value");
 }
 
-TEST(EngineArguments, AreRefusedWhenANumberIsNone) {
+TEST(EngineArgumentsTest, AreRefusedWhenANumberIsNone) {
     EXPECT_EQ(failureOf({"--owner", "x", "--pid", "1", "--step", "7x"}),
               "option --step needs a number, not \"7x\"");
 }

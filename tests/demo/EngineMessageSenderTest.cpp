@@ -20,20 +20,20 @@ std::string repeated(const std::string& text, std::size_t count) {
     return result;
 }
 
-TEST(EngineMessageSender, DeliversTypeAndText) {
+TEST(EngineMessageSenderTest, DeliversTypeAndText) {
     ServiceEnd service;
     EngineMessageSender sender(service.name());
     sender.send(EngineMessageType::step, "Téléchargement");
     EXPECT_EQ(service.receive(), Message(1, "Téléchargement"));
 }
 
-TEST(EngineMessageSender, DeliversATypeThatHasNoName) {
+TEST(EngineMessageSenderTest, DeliversATypeThatHasNoName) {
     ServiceEnd service;
     EngineMessageSender(service.name()).send(static_cast<EngineMessageType>(-2), "x");
     EXPECT_EQ(service.receive(), Message(-2, "x"));
 }
 
-TEST(EngineMessageSender, FillsTheTextFieldWithNul) {
+TEST(EngineMessageSenderTest, FillsTheTextFieldWithNul) {
     ServiceEnd service;
     EngineMessageSender(service.name()).send(EngineMessageType::error, "abc");
     service.receive();
@@ -42,20 +42,20 @@ TEST(EngineMessageSender, FillsTheTextFieldWithNul) {
         std::all_of(begin + 3, begin + platform::kMessageTextSize, [](char byte) { return byte == 0; }));
 }
 
-TEST(EngineMessageSender, DeliversTheLongestTextWhole) {
+TEST(EngineMessageSenderTest, DeliversTheLongestTextWhole) {
     ServiceEnd service;
     const std::string longest(kEngineMessageTextLimit, 'a');
     EngineMessageSender(service.name()).send(EngineMessageType::step, longest);
     EXPECT_EQ(service.receive(), Message(1, longest));
 }
 
-TEST(EngineMessageSender, CutsALongerTextBeforeTheLimit) {
+TEST(EngineMessageSenderTest, CutsALongerTextBeforeTheLimit) {
     ServiceEnd service;
     EngineMessageSender(service.name()).send(EngineMessageType::step, std::string(5000, 'a'));
     EXPECT_EQ(service.receive(), Message(1, std::string(kEngineMessageTextLimit, 'a')));
 }
 
-TEST(EngineMessageSender, CutsBetweenCharactersOfEveryLength) {
+TEST(EngineMessageSenderTest, CutsBetweenCharactersOfEveryLength) {
     for (const std::string& character : {std::string("é"), std::string("€"), std::string("😀")}) {
         for (std::size_t shift = 0; shift < character.size(); ++shift) {
             ServiceEnd service;
@@ -69,14 +69,14 @@ TEST(EngineMessageSender, CutsBetweenCharactersOfEveryLength) {
     }
 }
 
-TEST(EngineMessageSender, StopsAtTheFirstNul) {
+TEST(EngineMessageSenderTest, StopsAtTheFirstNul) {
     ServiceEnd service;
     EngineMessageSender(service.name()).send(EngineMessageType::step, std::string_view("ab\0cd", 5));
     service.receive();
     EXPECT_EQ(std::string(service.message().text, 5), std::string("ab\0\0\0", 5));
 }
 
-TEST(EngineMessageSender, KeepsTheOrderOfMessages) {
+TEST(EngineMessageSenderTest, KeepsTheOrderOfMessages) {
     ServiceEnd service;
     EngineMessageSender sender(service.name());
     for (int position = 0; position < 5; ++position) {
@@ -96,18 +96,18 @@ std::string failureOf(const std::function<void()>& action) {
     return "no failure";
 }
 
-TEST(EngineMessageSender, SaysWhichServiceIsMissing) {
+TEST(EngineMessageSenderTest, SaysWhichServiceIsMissing) {
     EXPECT_EQ(failureOf([] { EngineMessageSender("orvane.test.nobody"); }),
               "cannot connect to orvane.test.nobody: Connection refused");
 }
 
-TEST(EngineMessageSender, RefusesNamesThatNoServiceCanHave) {
+TEST(EngineMessageSenderTest, RefusesNamesThatNoServiceCanHave) {
     EXPECT_EQ(failureOf([] { EngineMessageSender(""); }), "cannot connect to : Invalid argument");
     EXPECT_NE(failureOf([] { EngineMessageSender(std::string(108, 'a')); }).find("Invalid argument"),
               std::string::npos);
 }
 
-TEST(EngineMessageSender, SaysThatTheReceiverIsGone) {
+TEST(EngineMessageSenderTest, SaysThatTheReceiverIsGone) {
     auto service = std::make_unique<ServiceEnd>();
     const std::string name = service->name();
     EngineMessageSender sender(name);

@@ -10,7 +10,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-class RehearsalDeployment : public testing::Test {
+class RehearsalDeploymentTest : public testing::Test {
 protected:
     Rehearsal read(const std::string& document) {
         test::writeFile(folder_.path() / "rehearsal.json", document);
@@ -32,7 +32,7 @@ protected:
 constexpr char kSmallest[] =
     R"({"apiOrigin": "https://localhost:8443", "certificateAuthority": "/v/ca.pem"})";
 
-TEST_F(RehearsalDeployment, LiesInItsFolderAndTalksToItsVendor) {
+TEST_F(RehearsalDeploymentTest, LiesInItsFolderAndTalksToItsVendor) {
     const Rehearsal rehearsal = read(kSmallest);
     EXPECT_EQ(rehearsal.deployment.engineRoot, folder_.path() / "opt");
     EXPECT_EQ(rehearsal.deployment.logRoot, folder_.path() / "Library/Kestrix");
@@ -42,7 +42,7 @@ TEST_F(RehearsalDeployment, LiesInItsFolderAndTalksToItsVendor) {
     EXPECT_EQ(rehearsal.certificateAuthority, "/v/ca.pem");
 }
 
-TEST_F(RehearsalDeployment, IsTheProductsInEverythingElse) {
+TEST_F(RehearsalDeploymentTest, IsTheProductsInEverythingElse) {
     const Deployment deployment = read(kSmallest).deployment;
     const Deployment& product = productDeployment();
     EXPECT_EQ(deployment.productWord, product.productWord);
@@ -53,7 +53,7 @@ TEST_F(RehearsalDeployment, IsTheProductsInEverythingElse) {
     EXPECT_EQ(deployment.crashReportTimeout, product.crashReportTimeout);
 }
 
-TEST_F(RehearsalDeployment, TakesShorterWaits) {
+TEST_F(RehearsalDeploymentTest, TakesShorterWaits) {
     const Deployment deployment = read(R"({"apiOrigin": "https://h.invalid", "certificateAuthority": "c",
         "fileDescriptionWaitSeconds": 1, "downloadTimeoutSeconds": 2, "crashReportWaitSeconds": 3})")
                                       .deployment;
@@ -62,7 +62,7 @@ TEST_F(RehearsalDeployment, TakesShorterWaits) {
     EXPECT_EQ(deployment.crashReportWait, 3s);
 }
 
-TEST_F(RehearsalDeployment, IsRefusedWithAReason) {
+TEST_F(RehearsalDeploymentTest, IsRefusedWithAReason) {
     EXPECT_EQ(failureOf("["), (folder_.path() / "rehearsal.json").string() + " is not a JSON object");
     EXPECT_EQ(failureOf(R"({"certificateAuthority": "c"})"), "rehearsal.json needs the text \"apiOrigin\"");
     EXPECT_EQ(failureOf(R"({"apiOrigin": "https://h.invalid"})"),
@@ -79,7 +79,7 @@ TEST_F(RehearsalDeployment, IsRefusedWithAReason) {
               "rehearsal.json has the unknown key \"speed\"");
 }
 
-TEST_F(RehearsalDeployment, IsRefusedInAFolderThatCannotStandInAUrl) {
+TEST_F(RehearsalDeploymentTest, IsRefusedInAFolderThatCannotStandInAUrl) {
     EXPECT_THROW(readRehearsal("relative"), RehearsalError);
     EXPECT_THROW(readRehearsal(folder_.path() / "with blank"), RehearsalError);
 }
@@ -92,7 +92,7 @@ int statusWithFolder(const std::optional<std::string>& folder) {
     return program.waitUntilExit();
 }
 
-TEST_F(RehearsalDeployment, IsAskedForBeforeAnythingElse) {
+TEST_F(RehearsalDeploymentTest, IsAskedForBeforeAnythingElse) {
     EXPECT_EQ(statusWithFolder(std::nullopt), 64);
     EXPECT_EQ(statusWithFolder(""), 64);
     EXPECT_EQ(statusWithFolder(folder_.path().string()), 65);

@@ -14,7 +14,7 @@ namespace {
 using Message = std::pair<std::int32_t, std::string>;
 
 /// A sample engine that plays a scenario for this process.
-class SampleEngine : public testing::Test {
+class SampleEngineTest : public testing::Test {
 protected:
     void play(const std::string& scenario, const std::string& step = "0",
               const std::string& locale = "fr-ch") {
@@ -57,12 +57,12 @@ std::int64_t identifierOfEndedProcess() {
     return std::stoll(printed);
 }
 
-TEST_F(SampleEngine, PrintsItsVersionOrTheOneItIsTold) {
+TEST_F(SampleEngineTest, PrintsItsVersionOrTheOneItIsTold) {
     EXPECT_EQ(versionPrintedBy(std::nullopt), "14.2.7\n");
     EXPECT_EQ(versionPrintedBy("13.0"), "13.0\n");
 }
 
-TEST_F(SampleEngine, SendsWhatTheScenarioSays) {
+TEST_F(SampleEngineTest, SendsWhatTheScenarioSays) {
     play("step Copie\nprogress 5\nend 0\n");
     EXPECT_EQ(service_.receive(), Message(1, "Copie"));
     EXPECT_EQ(service_.receive(), Message(0, "5"));
@@ -70,20 +70,20 @@ TEST_F(SampleEngine, SendsWhatTheScenarioSays) {
     EXPECT_EQ(engine_.waitUntilExit(), 0);
 }
 
-TEST_F(SampleEngine, PlaysTheSectionOfItsStepInItsLanguage) {
+TEST_F(SampleEngineTest, PlaysTheSectionOfItsStepInItsLanguage) {
     play("step a\n[step 7]\nstep b | c\n", "7", "de-ch");
     EXPECT_EQ(service_.receive(), Message(1, "c"));
     EXPECT_EQ(engine_.waitUntilExit(), 0);
 }
 
-TEST_F(SampleEngine, GlidesThroughEachPositionBothWays) {
+TEST_F(SampleEngineTest, GlidesThroughEachPositionBothWays) {
     play("glide 1 3 10\nglide 3 2 0\n");
     for (const char* position : {"1", "2", "3", "3", "2"}) {
         EXPECT_EQ(service_.receive(), Message(0, position));
     }
 }
 
-TEST_F(SampleEngine, FloodsWithNumberedSteps) {
+TEST_F(SampleEngineTest, FloodsWithNumberedSteps) {
     play("flood 3  mots\nflood 0\nend 0\n");
     for (const char* step : {"1 mots", "2 mots", "3 mots"}) {
         EXPECT_EQ(service_.receive(), Message(1, step));
@@ -91,12 +91,12 @@ TEST_F(SampleEngine, FloodsWithNumberedSteps) {
     EXPECT_EQ(service_.receive(), Message(3, "0"));
 }
 
-TEST_F(SampleEngine, EndsWithTheStatusOfTheScenario) {
+TEST_F(SampleEngineTest, EndsWithTheStatusOfTheScenario) {
     play("exit 9\nstep never\n");
     EXPECT_EQ(engine_.waitUntilExit(), 9);
 }
 
-TEST_F(SampleEngine, WaitsForAFileAndMarksAnother) {
+TEST_F(SampleEngineTest, WaitsForAFileAndMarksAnother) {
     play("step a\nwait-for " + file("go").string() + "\nmark " + file("went").string() + "\n");
     EXPECT_EQ(service_.receive(), Message(1, "a"));
     EXPECT_FALSE(std::filesystem::exists(file("went")));
@@ -105,7 +105,7 @@ TEST_F(SampleEngine, WaitsForAFileAndMarksAnother) {
     EXPECT_TRUE(std::filesystem::exists(file("went")));
 }
 
-TEST_F(SampleEngine, EndsWhenInterruptedAndMarksIt) {
+TEST_F(SampleEngineTest, EndsWhenInterruptedAndMarksIt) {
     play("mark-on-interrupt " + file("interrupted").string() + "\nstep a\nwait-interrupt\nstep never\n");
     EXPECT_EQ(service_.receive(), Message(1, "a"));
     engine_.interrupt();
@@ -113,14 +113,14 @@ TEST_F(SampleEngine, EndsWhenInterruptedAndMarksIt) {
     EXPECT_TRUE(std::filesystem::exists(file("interrupted")));
 }
 
-TEST_F(SampleEngine, LeavesWhenItsOwnerHasEnded) {
+TEST_F(SampleEngineTest, LeavesWhenItsOwnerHasEnded) {
     owner_ = identifierOfEndedProcess();
     play("step a\nwait-interrupt\n");
     EXPECT_EQ(service_.receive(), Message(1, "a"));
     EXPECT_EQ(engine_.waitUntilExit(), 1);
 }
 
-TEST_F(SampleEngine, RecordsWhatItWasGiven) {
+TEST_F(SampleEngineTest, RecordsWhatItWasGiven) {
     const EnvironmentVariable variable("ORVANE_TEST_MARK", "here");
     play("record " + file("record.json").string() + "\n");
     EXPECT_EQ(engine_.waitUntilExit(), 0);
@@ -135,13 +135,13 @@ TEST_F(SampleEngine, RecordsWhatItWasGiven) {
     EXPECT_TRUE(record.contains("caughtSignals"));
 }
 
-TEST_F(SampleEngine, ShowsWhatIsWrongWithItsScenario) {
+TEST_F(SampleEngineTest, ShowsWhatIsWrongWithItsScenario) {
     play("dance\n");
     EXPECT_EQ(service_.receive(), Message(3, "Scenario: line 1: unknown command \"dance\""));
     EXPECT_EQ(engine_.waitUntilExit(), 65);
 }
 
-TEST_F(SampleEngine, RefusesToStartWithoutAnOwner) {
+TEST_F(SampleEngineTest, RefusesToStartWithoutAnOwner) {
     engine_.setLaunchPath(ORVANE_SAMPLE_ENGINE);
     engine_.launch();
     EXPECT_EQ(engine_.waitUntilExit(), 64);

@@ -34,7 +34,7 @@ std::string failureOf(const std::string& text) {
     return "no failure";
 }
 
-TEST(Scenario, HasAVerbForEachMessage) {
+TEST(ScenarioTest, HasAVerbForEachMessage) {
     expectMessage("progress 42", EngineMessageType::progress, "42");
     expectMessage("step Copie", EngineMessageType::step, "Copie");
     expectMessage("network 2", EngineMessageType::network, "2");
@@ -46,7 +46,7 @@ TEST(Scenario, HasAVerbForEachMessage) {
     expectMessage("raw -1 a | b", static_cast<EngineMessageType>(-1), "a | b");
 }
 
-TEST(Scenario, TakesTextsAsTheyStand) {
+TEST(ScenarioTest, TakesTextsAsTheyStand) {
     expectMessage("step   two blanks before and after  ", EngineMessageType::step,
                   "  two blanks before and after  ");
     expectMessage("error", EngineMessageType::error, "");
@@ -54,14 +54,14 @@ TEST(Scenario, TakesTextsAsTheyStand) {
     expectMessage("fatal", EngineMessageType::end, "");
 }
 
-TEST(Scenario, ChoosesTheWordingOfTheLocale) {
+TEST(ScenarioTest, ChoosesTheWordingOfTheLocale) {
     EXPECT_EQ(messageOf("step Copie | Kopieren", "fr-CH").text, "Copie");
     EXPECT_EQ(messageOf("step Copie | Kopieren", "de-ch").text, "Kopieren");
     EXPECT_EQ(messageOf("step Copie", "de-ch").text, "Copie");
     EXPECT_EQ(messageOf("restart 07 Encore ? | Nochmals ?", "de-ch").text, "07Nochmals ?");
 }
 
-TEST(Scenario, ReadsWaitsFilesAndEnds) {
+TEST(ScenarioTest, ReadsWaitsFilesAndEnds) {
     const auto commands =
         frenchScenario("glide 10 20 300\nwait-ms 5\nwait-for /a b\nwait-interrupt\nwait-owner-gone\n"
                        "mark /m\nmark-on-interrupt /i\nrecord /r\nexit 7\n");
@@ -80,16 +80,18 @@ TEST(Scenario, ReadsWaitsFilesAndEnds) {
     EXPECT_EQ(std::get<ExitWith>(commands[8]).status, 7);
 }
 
-TEST(Scenario, ReadsAFlood) {
+TEST(ScenarioTest, ReadsAFlood) {
     const Flood flood = std::get<Flood>(frenchScenario("flood 3  times | fois").at(0));
     EXPECT_EQ(flood.count, 3);
     EXPECT_EQ(flood.text, " times | fois");
     EXPECT_EQ(failureOf("flood"), "line 1: \"\" is not a number");
 }
 
-TEST(Scenario, SkipsBlankLinesAndComments) { EXPECT_EQ(frenchScenario("\n# step no\nend 0\n\n").size(), 1U); }
+TEST(ScenarioTest, SkipsBlankLinesAndComments) {
+    EXPECT_EQ(frenchScenario("\n# step no\nend 0\n\n").size(), 1U);
+}
 
-TEST(Scenario, PlaysTheSectionOfTheStepOrElseTheBeginning) {
+TEST(ScenarioTest, PlaysTheSectionOfTheStepOrElseTheBeginning) {
     const std::string text = "step a\nstep b\n[step 7]\nend 0\n[step 8]\n";
     EXPECT_EQ(frenchScenario(text, 0).size(), 2U);
     EXPECT_EQ(frenchScenario(text, 7).size(), 1U);
@@ -97,7 +99,7 @@ TEST(Scenario, PlaysTheSectionOfTheStepOrElseTheBeginning) {
     EXPECT_EQ(frenchScenario(text, 9).size(), 2U);
 }
 
-TEST(Scenario, NamesTheLineThatIsWrong) {
+TEST(ScenarioTest, NamesTheLineThatIsWrong) {
     EXPECT_EQ(failureOf("step a\ndance"), "line 2: unknown command \"dance\"");
     EXPECT_EQ(failureOf("wait-ms soon"), "line 1: \"soon\" is not a number");
     EXPECT_EQ(failureOf("glide 1 2"), "line 1: \"\" is not a number");
@@ -108,11 +110,11 @@ TEST(Scenario, NamesTheLineThatIsWrong) {
     EXPECT_EQ(failureOf("[step x]\n"), "line 1: \"x\" is not a number");
 }
 
-TEST(Scenario, IsCheckedInTheSectionsThatAreNotPlayed) {
+TEST(ScenarioTest, IsCheckedInTheSectionsThatAreNotPlayed) {
     EXPECT_EQ(failureOf("end 0\n[step 7]\ndance"), "line 3: unknown command \"dance\"");
 }
 
-TEST(Scenario, OfEachNameThatIsShippedCanBePlayed) {
+TEST(ScenarioTest, OfEachNameThatIsShippedCanBePlayed) {
     int count = 0;
     for (const auto& entry : std::filesystem::directory_iterator(ORVANE_SCENARIOS)) {
         if (entry.path().extension() == ".scenario") {

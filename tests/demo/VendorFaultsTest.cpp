@@ -14,9 +14,11 @@ std::map<std::string, VendorFault> faultsIn(const std::string& text) {
     return readVendorFaults(folder.path() / "faults.json");
 }
 
-TEST(VendorFaults, AreNoneWithoutAFile) { EXPECT_TRUE(readVendorFaults("/nonexistent/faults.json").empty()); }
+TEST(VendorFaultsTest, AreNoneWithoutAFile) {
+    EXPECT_TRUE(readVendorFaults("/nonexistent/faults.json").empty());
+}
 
-TEST(VendorFaults, AreReadForEachPath) {
+TEST(VendorFaultsTest, AreReadForEachPath) {
     const auto faults = faultsIn(R"({"/a": {"status": 503, "delaySeconds": 1.5, "page": "p", "redirect": "r",
         "framing": "chunked", "contentLength": 1, "gzip": true, "dropAfterBytes": 2, "stallAfterBytes": 3,
         "bytesPerSecond": 4, "blanks": 5, "headers": {"X-Cache": "stale"}, "hold": true}, "/b": {"framing": "until-close"}, "/c": {}})");
@@ -40,7 +42,7 @@ TEST(VendorFaults, AreReadForEachPath) {
     EXPECT_EQ(faults.at("/c").status, std::nullopt);
 }
 
-TEST(VendorFaults, OfAnUnknownKindOrFormAreRefused) {
+TEST(VendorFaultsTest, OfAnUnknownKindOrFormAreRefused) {
     EXPECT_THROW(faultsIn(R"({"/a": {"mood": 1}})"), VendorFaultError);
     EXPECT_THROW(faultsIn(R"({"/a": {"framing": "loose"}})"), VendorFaultError);
     EXPECT_THROW(faultsIn(R"({"/a": {"status": "503"}})"), VendorFaultError);

@@ -25,9 +25,9 @@ using Outcome = ResultType<Bytes>;
 constexpr char kDescription[] = "/downloadinstaller?os=darwin&product=varlen";
 constexpr char kFile[] = "/varlen/setup/engine";
 
-class Vendor : public testing::Test {
+class VendorTest : public testing::Test {
 protected:
-    explicit Vendor(CertificateFlaw flaw = CertificateFlaw::none) {
+    explicit VendorTest(CertificateFlaw flaw = CertificateFlaw::none) {
         server_ = std::make_unique<VendorServer>(
             VendorOptions{.folder = folder(), .hosts = {}, .certificateFlaw = flaw});
         origin_ = server_->origin();
@@ -83,7 +83,7 @@ private:
     test::TemporaryFolder folder_;
 };
 
-TEST_F(Vendor, ServesTheDescriptionAndTheFilesOfItsFolder) {
+TEST_F(VendorTest, ServesTheDescriptionAndTheFilesOfItsFolder) {
     writeFile(folder() / "published/downloadinstaller.json", "{}");
     EXPECT_EQ(bodyOf(kDescription), "{}");
     EXPECT_EQ(bodyOf(kFile), engine_);
@@ -91,13 +91,13 @@ TEST_F(Vendor, ServesTheDescriptionAndTheFilesOfItsFolder) {
     EXPECT_FALSE(metTheUnexpected());
 }
 
-TEST_F(Vendor, SendsALargeFileWhole) {
+TEST_F(VendorTest, SendsALargeFileWhole) {
     const std::string large(48U << 20U, 'l');
     writeFile(folder() / "published/large", large);
     EXPECT_TRUE(bodyOf("/varlen/setup/large") == large);
 }
 
-TEST_F(Vendor, RefusesAndNotesEveryOtherRequest) {
+TEST_F(VendorTest, RefusesAndNotesEveryOtherRequest) {
     writeFile(folder() / "published/downloadinstaller.json", "{}");
     writeFile(folder() / "published/sub/file", "x");
     const std::vector<std::string> targets{"/downloadinstaller",
@@ -114,13 +114,13 @@ TEST_F(Vendor, RefusesAndNotesEveryOtherRequest) {
     EXPECT_EQ(targetsIn("unexpected.log"), targets);
 }
 
-TEST_F(Vendor, ServesTheFilesOfSubfolders) {
+TEST_F(VendorTest, ServesTheFilesOfSubfolders) {
     writeFile(folder() / "published/14.2.7/varlen-setup.enc", "x");
     EXPECT_EQ(bodyOf("/varlen/setup/14.2.7/varlen-setup.enc"), "x");
     EXPECT_TRUE(targetsIn("unexpected.log").empty());
 }
 
-TEST_F(Vendor, RefusesOtherMethods) {
+TEST_F(VendorTest, RefusesOtherMethods) {
     request({.url = origin_ + kFile, .httpMethod = "DELETE"});
     request({.url = origin_ + kFile, .httpMethod = "POST", .httpBody = "x"});
     EXPECT_EQ(targetsIn("unexpected.log").size(), 2U);
@@ -129,7 +129,7 @@ TEST_F(Vendor, RefusesOtherMethods) {
 constexpr char kReport[] = R"({"Product": "varlen", "Report": "YWJj", "OS": "darwin", )"
                            R"("SoftwareName": "bootstrapper", "SoftwareVersion": "0.1.0"})";
 
-TEST_F(Vendor, KeepsCrashReports) {
+TEST_F(VendorTest, KeepsCrashReports) {
     const platform::UrlRequest post{.url = origin_ + "/crashreport",
                                     .httpMethod = "POST",
                                     .httpHeaderFields = {{"Content-Type", "application/json"}},
@@ -140,7 +140,7 @@ TEST_F(Vendor, KeepsCrashReports) {
     EXPECT_FALSE(metTheUnexpected());
 }
 
-TEST_F(Vendor, NotesACrashReportOfAnotherTypeOrForm) {
+TEST_F(VendorTest, NotesACrashReportOfAnotherTypeOrForm) {
     request({.url = origin_ + "/crashreport", .httpMethod = "POST", .httpBody = kReport});
     request({.url = origin_ + "/crashreport",
              .httpMethod = "POST",
@@ -150,7 +150,7 @@ TEST_F(Vendor, NotesACrashReportOfAnotherTypeOrForm) {
     EXPECT_TRUE(std::filesystem::is_empty(folder() / "reports"));
 }
 
-TEST_F(Vendor, FramesABodyAsItIsTold) {
+TEST_F(VendorTest, FramesABodyAsItIsTold) {
     expectWhole(R"({"framing": "chunked"})");
     expectWhole(R"({"framing": "until-close"})");
     expectWhole(R"({"gzip": true})");
@@ -159,7 +159,7 @@ TEST_F(Vendor, FramesABodyAsItIsTold) {
     EXPECT_FALSE(metTheUnexpected());
 }
 
-TEST_F(Vendor, CutsABodyAsItIsTold) {
+TEST_F(VendorTest, CutsABodyAsItIsTold) {
     expectCut(R"({"dropAfterBytes": 0})");
     expectCut(R"({"dropAfterBytes": 70000})");
     expectCut(R"({"framing": "chunked", "dropAfterBytes": 70000})");
@@ -168,30 +168,30 @@ TEST_F(Vendor, CutsABodyAsItIsTold) {
     EXPECT_FALSE(metTheUnexpected());
 }
 
-TEST_F(Vendor, SendsAPageInPlaceOfAFile) {
+TEST_F(VendorTest, SendsAPageInPlaceOfAFile) {
     EXPECT_EQ(textOf(std::get<Bytes>(getWithFault(R"({"page": "<p>Log in</p>"})"))), "<p>Log in</p>");
 }
 
-TEST_F(Vendor, SendsBlanksBeforeTheBody) {
+TEST_F(VendorTest, SendsBlanksBeforeTheBody) {
     expectBody(R"({"blanks": 3})", "   " + engine_);
     expectBody(R"({"blanks": 70000, "framing": "chunked"})", std::string(70'000, ' ') + engine_);
     expectBody(R"({"blanks": 2, "page": ""})", "  ");
     expectCut(R"({"blanks": 10, "dropAfterBytes": 5})");
 }
 
-TEST_F(Vendor, SendsFurtherHeaders) {
+TEST_F(VendorTest, SendsFurtherHeaders) {
     writeFile(folder() / "published/engine", gzipped(engine_));
     expectBody(R"({"headers": {"Content-Encoding": "gzip"}})", engine_);
 }
 
-TEST_F(Vendor, RedirectsElsewhere) {
+TEST_F(VendorTest, RedirectsElsewhere) {
     writeFile(folder() / "published/other", "other");
     EXPECT_EQ(textOf(std::get<Bytes>(getWithFault("{\"redirect\": \"" + origin_ + "/varlen/setup/other\"}"))),
               "other");
     EXPECT_FALSE(metTheUnexpected());
 }
 
-TEST_F(Vendor, StallsUntilItIsReleased) {
+TEST_F(VendorTest, StallsUntilItIsReleased) {
     auto outcome =
         std::async(std::launch::async, [this] { return getWithFault(R"({"stallAfterBytes": 70000})"); });
     EXPECT_EQ(outcome.wait_for(300ms), std::future_status::timeout);
@@ -199,14 +199,14 @@ TEST_F(Vendor, StallsUntilItIsReleased) {
     EXPECT_EQ(textOf(std::get<Bytes>(outcome.get())), engine_);
 }
 
-TEST_F(Vendor, HoldsItsResponseUntilItIsReleased) {
+TEST_F(VendorTest, HoldsItsResponseUntilItIsReleased) {
     auto outcome = std::async(std::launch::async, [this] { return getWithFault(R"({"hold": true})"); });
     EXPECT_EQ(outcome.wait_for(300ms), std::future_status::timeout);
     writeFile(folder() / "release", "");
     EXPECT_EQ(textOf(std::get<Bytes>(outcome.get())), engine_);
 }
 
-TEST_F(Vendor, StopsInTheMidstOfAStall) {
+TEST_F(VendorTest, StopsInTheMidstOfAStall) {
     auto outcome =
         std::async(std::launch::async, [this] { return getWithFault(R"({"stallAfterBytes": 70000})"); });
     while (targetsIn("requests.log").empty()) {
@@ -216,7 +216,7 @@ TEST_F(Vendor, StopsInTheMidstOfAStall) {
     EXPECT_TRUE(errorOf(outcome.get()));
 }
 
-TEST_F(Vendor, ServesOverIpv6) {
+TEST_F(VendorTest, ServesOverIpv6) {
     test::TemporaryFolder other;
     const VendorServer vendor({.folder = other.path(), .address = "::1", .hosts = {}});
     EXPECT_EQ(vendor.origin(), "https://[::1]:" + std::to_string(vendor.port()));
@@ -225,7 +225,7 @@ TEST_F(Vendor, ServesOverIpv6) {
     EXPECT_EQ(textOf(std::get<Bytes>(request({.url = vendor.origin() + kFile}))), "engine");
 }
 
-TEST_F(Vendor, SpeaksNothingButOldTlsWhenItIsTold) {
+TEST_F(VendorTest, SpeaksNothingButOldTlsWhenItIsTold) {
     test::TemporaryFolder other;
     const VendorServer vendor({.folder = other.path(), .hosts = {}, .oldTls = true});
     EXPECT_TRUE(test::speaks(vendor.port(), test::TlsVersion::tls11));
@@ -233,30 +233,30 @@ TEST_F(Vendor, SpeaksNothingButOldTlsWhenItIsTold) {
     EXPECT_TRUE(test::speaks(server_->port(), test::TlsVersion::tls12));
 }
 
-TEST_F(Vendor, AnswersNothingWhileItsFaultsCannotBeRead) {
+TEST_F(VendorTest, AnswersNothingWhileItsFaultsCannotBeRead) {
     getWithFault(R"({"mood": "bad"})");
     EXPECT_EQ(targetsIn("unexpected.log"), std::vector<std::string>{kFile});
 }
 
-TEST_F(Vendor, KeepsItsKeyToItself) {
+TEST_F(VendorTest, KeepsItsKeyToItself) {
     struct stat status {};
     ASSERT_EQ(stat((folder() / "server-key.pem").c_str(), &status), 0);
     EXPECT_EQ(status.st_mode & 0777U, 0600U);
 }
 
-TEST_F(Vendor, CannotListenWhereAnotherDoes) {
+TEST_F(VendorTest, CannotListenWhereAnotherDoes) {
     const test::TemporaryFolder other;
     EXPECT_THROW(VendorServer({.folder = other.path(), .port = server_->port(), .hosts = {}}),
                  std::runtime_error);
 }
 
 /// Each flaw of a certificate keeps a client from sending anything.
-class FlawedVendor : public Vendor, public testing::WithParamInterface<CertificateFlaw> {
+class FlawedVendorTest : public VendorTest, public testing::WithParamInterface<CertificateFlaw> {
 protected:
-    FlawedVendor() : Vendor(GetParam()) {}
+    FlawedVendorTest() : VendorTest(GetParam()) {}
 };
 
-TEST_P(FlawedVendor, IsNotBelieved) {
+TEST_P(FlawedVendorTest, IsNotBelieved) {
     EXPECT_TRUE(errorOf(get(kFile)));
     EXPECT_TRUE(targetsIn("requests.log").empty());
 }
@@ -267,7 +267,7 @@ std::string nameOf(const testing::TestParamInfo<CertificateFlaw>& info) {
                                                     : "SelfSigned";
 }
 
-INSTANTIATE_TEST_SUITE_P(Vendor, FlawedVendor,
+INSTANTIATE_TEST_SUITE_P(Vendor, FlawedVendorTest,
                          testing::Values(CertificateFlaw::wrongHost, CertificateFlaw::expired,
                                          CertificateFlaw::selfSigned),
                          nameOf);

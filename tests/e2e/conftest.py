@@ -12,12 +12,12 @@ import pytest
 sys.path.insert(0, str(Path(__file__).parent))
 
 from harness import processes  # noqa: E402
+from harness.build import BUILD  # noqa: E402
 from harness.display import Desktop  # noqa: E402
 from harness.product import Product  # noqa: E402
 from harness.rehearsal import Rehearsal  # noqa: E402
 
 ROOT = Path(__file__).resolve().parents[2]
-BUILD = Path(os.environ.get("ORVANE_BUILD", ROOT / "build/release")).resolve()
 RESULTS = Path(os.environ.get("ORVANE_RESULTS", ROOT / "build/e2e")).resolve()
 
 

@@ -1,5 +1,6 @@
 """What the documents say of the tests and of the program is true and complete."""
 
+import os
 import re
 import subprocess
 from pathlib import Path
@@ -134,3 +135,16 @@ def test_the_guide_for_support_has_the_causes_of_orvane_reports(rehearsal):
                             check=True).stdout
     shown = SUPPORT_TEXT.partition("<!-- causes -->\n")[2].partition("<!-- end of causes -->")[0]
     assert shown == tables, "put the output of orvane-reports causes --markdown between the marks"
+
+
+def commands():
+    """What is run by hand: the executables without a suffix."""
+    found = [path for folder in ("scripts", "scripts/macos", "bench", ".ci") for path in sorted((ROOT / folder).iterdir())]
+    return [path for path in found if path.is_file() and not path.suffix and os.access(path, os.X_OK)]
+
+
+@pytest.mark.parametrize("command", commands(), ids=lambda command: command.name)
+def test_a_command_of_the_project_knows_h_and_help_alike(command):
+    short, long = (subprocess.run([command, option], capture_output=True, text=True, timeout=60, check=True).stdout
+                   for option in ("-h", "--help"))
+    assert short == long != ""

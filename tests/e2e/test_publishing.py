@@ -17,7 +17,9 @@ from harness.texts import French
 from harness.waiting import DEADLINE_SECONDS, eventually
 
 ROOT = Path(__file__).resolve().parents[2]
-VENDOR_GUIDE = (ROOT / "docs/vendor-guide.md").read_text()
+# As the vendor reads it who built the programs under test.
+VENDOR_GUIDE = (ROOT / "docs/vendor-guide.md").read_text().replace(
+    "api.kestrix.invalid", API_HOST).replace("downloads.kestrix.invalid", DOWNLOAD_HOST)
 ENGINE_GUIDE = (ROOT / "docs/engine-guide.md").read_text()
 NGINX = shutil.which("nginx", path=SEARCH_PATH)
 

@@ -6,12 +6,13 @@ import subprocess
 import sys
 from pathlib import Path
 
+from .build import VENDOR
 from .rehearsal import FRENCH, Rehearsal
 from .vendor import Vendor
 from .waiting import DEADLINE_SECONDS, eventually
 
-API_HOST = "api.kestrix.invalid"
-DOWNLOAD_HOST = "downloads.kestrix.invalid"
+API_HOST = VENDOR["ApiHost"]
+DOWNLOAD_HOST = VENDOR["DownloadServer"]
 DOWNLOAD_ORIGIN = f"https://{DOWNLOAD_HOST}"
 
 _AUTHORITIES = "/etc/ssl/certs/ca-certificates.crt"

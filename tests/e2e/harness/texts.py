@@ -1,9 +1,11 @@
 """What a user reads, in the two languages that a run can speak, and what the third would have a user read."""
 
-DOWNLOAD_SERVER = "downloads.kestrix.invalid"
-SECOND_SERVER = "www.kestrix.invalid"
-API_SERVERS = "*.kestrix.invalid"
-LINK = '<a href="https://www.kestrix.invalid".>varlen.kestrix.invalid</a>'
+from .build import VENDOR
+
+DOWNLOAD_SERVER = VENDOR["DownloadServer"]
+SECOND_SERVER = VENDOR["SecondServer"]
+API_SERVERS = VENDOR["ApiServers"]
+LINK = f'<a href="{VENDOR["WebSite"]}".>{VENDOR["ProductWebDomain"]}</a>'
 
 QUIT_QUESTION = "Voulez-vous quitter l'installation?"
 
@@ -69,7 +71,7 @@ class English:
     download_incorrect = "**Téléchargement incorrect. Avez-vous un parefeu (SonicWall) ?**"
     uninstallation_consent = "**Voulez-vous vraiment désinstaller le logiciel ?**"
     too_old = ("**Cet installeur est trop ancien. Téléchargez le dernier installeur depuis le site web "
-               '<a href=".kestrix.invalid/...".>varlen.kestrix.invalid</a>.**')
+               f'<a href=".{VENDOR["Domain"]}/...".>{VENDOR["ProductWebDomain"]}</a>.**')
     installation_failed = "**L'installation a échoué**"
     uninstallation_failed = "**La désinstallation a échoué**"
     installation_ended_well = (
