@@ -1,6 +1,7 @@
 """What the guides for vendors and engine authors tell to do, done: their very commands, configuration and engines."""
 
 import json
+import os
 import re
 import shlex
 import shutil

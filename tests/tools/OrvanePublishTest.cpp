@@ -18,7 +18,7 @@ std::vector<std::string> argumentsFor(const std::filesystem::path& engine,
             "--cipher",      "none",       "--folder",          output.string()};
 }
 
-TEST(OrvanePublish, PrintsBothDigestsAndWhatItWrote) {
+TEST(OrvanePublishTest, PrintsBothDigestsAndWhatItWrote) {
     const test::TemporaryFolder folder;
     test::writeFile(folder.path() / "in", kEngine);
     const Ending ending = runPublish(argumentsFor(folder.path() / "in", folder.path()));
@@ -30,7 +30,7 @@ TEST(OrvanePublish, PrintsBothDigestsAndWhatItWrote) {
                                  (folder.path() / "14.2.7" / "downloadinstaller.json").string() + "\n");
 }
 
-TEST(OrvanePublish, PrintsOneJsonObjectForPrograms) {
+TEST(OrvanePublishTest, PrintsOneJsonObjectForPrograms) {
     const test::TemporaryFolder folder;
     test::writeFile(folder.path() / "in", kEngine);
     auto arguments = argumentsFor(folder.path() / "in", folder.path());
@@ -44,7 +44,7 @@ TEST(OrvanePublish, PrintsOneJsonObjectForPrograms) {
               nlohmann::json::parse(test::contentsOf(folder.path() / "14.2.7" / "downloadinstaller.json")));
 }
 
-TEST(OrvanePublish, OnlySaysWhatADryRunWouldWrite) {
+TEST(OrvanePublishTest, OnlySaysWhatADryRunWouldWrite) {
     const test::TemporaryFolder folder;
     test::writeFile(folder.path() / "in", kEngine);
     auto arguments = argumentsFor(folder.path() / "in", folder.path() / "new");
@@ -58,18 +58,18 @@ TEST(OrvanePublish, OnlySaysWhatADryRunWouldWrite) {
     EXPECT_FALSE(std::filesystem::exists(folder.path() / "new"));
 }
 
-TEST(OrvanePublish, FailsWhenNobodyCanReadWhatItPrints) {
+TEST(OrvanePublishTest, FailsWhenNobodyCanReadWhatItPrints) {
     EXPECT_EQ(runTool("/bin/sh", {"-c", std::string(ORVANE_PUBLISH) + " --help >/dev/full"}).status, 73);
 }
 
-TEST(OrvanePublish, VerifyTellsThatNothingCanBeFetched) {
+TEST(OrvanePublishTest, VerifyTellsThatNothingCanBeFetched) {
     const Ending ending = runPublish({"verify", "https://127.0.0.1:1/description", "--json"});
     EXPECT_EQ(ending.status, 69);
     EXPECT_EQ(nlohmann::json::parse(ending.output).at("fetched"), false);
     EXPECT_EQ(runPublish({"verify", "description"}).status, 64);
 }
 
-TEST(OrvanePublish, ListsAndPrunesWhatIsPublished) {
+TEST(OrvanePublishTest, ListsAndPrunesWhatIsPublished) {
     const test::TemporaryFolder folder;
     const std::string published = (folder.path() / "published").string();
     for (const char* version : {"14.2.7", "14.10", "14.9"}) {
@@ -93,7 +93,7 @@ TEST(OrvanePublish, ListsAndPrunesWhatIsPublished) {
     EXPECT_TRUE(text.ends_with("  current\n")) << text;
 }
 
-TEST(OrvanePublish, SwitchesNothingThatUsersWouldNotGet) {
+TEST(OrvanePublishTest, SwitchesNothingThatUsersWouldNotGet) {
     const test::TemporaryFolder folder;
     test::writeFile(folder.path() / "in", kEngine);
     auto arguments = argumentsFor(folder.path() / "in", folder.path() / "published");
@@ -107,14 +107,14 @@ TEST(OrvanePublish, SwitchesNothingThatUsersWouldNotGet) {
     EXPECT_EQ(runPublish({"switch", "14.2.7", "--end-staging", "--folder", published}).status, 64);
 }
 
-TEST(OrvanePublish, PrintsItsHelp) {
+TEST(OrvanePublishTest, PrintsItsHelp) {
     const Ending ending = runPublish({"x", "--help"});
     EXPECT_EQ(ending.status, 0);
     EXPECT_EQ(ending.output.substr(0, 22), "Usage: orvane-publish ");
     EXPECT_EQ(runPublish({"verify", "-h"}).output.substr(0, 29), "Usage: orvane-publish verify ");
 }
 
-TEST(OrvanePublish, TellsFailuresApartByItsStatus) {
+TEST(OrvanePublishTest, TellsFailuresApartByItsStatus) {
     const test::TemporaryFolder folder;
     test::writeFile(folder.path() / "in", kEngine);
     test::writeFile(folder.path() / "empty", "");

@@ -38,7 +38,7 @@ std::string failureWith(const std::string& name, const std::string& value) {
     return failureOf(argumentsOf(options));
 }
 
-TEST(PublishOptions, AreRead) {
+TEST(PublishOptionsTest, AreRead) {
     PublishOptions options = parsePublishOptions(
         {"engine", "--base-url", "https://downloads.example/setup", "--folder", "out", "--version", "14.2.7",
          "--name", "Varlen-setup", "--digest", "md5", "--cipher", "none", "--system", "macos", "--no-run"});
@@ -55,7 +55,7 @@ TEST(PublishOptions, AreRead) {
     EXPECT_FALSE(options.json);
 }
 
-TEST(PublishOptions, HaveDefaultsForTheUsualPublication) {
+TEST(PublishOptionsTest, HaveDefaultsForTheUsualPublication) {
     const PublishOptions options = parsePublishOptions(argumentsOf(usual()));
     EXPECT_EQ(options.version, "");
     EXPECT_EQ(options.name, "varlen-setup");
@@ -65,13 +65,13 @@ TEST(PublishOptions, HaveDefaultsForTheUsualPublication) {
     EXPECT_TRUE(options.run);
 }
 
-TEST(PublishOptions, TakeABaseAddressWithOrWithoutASlashAtItsEnd) {
+TEST(PublishOptionsTest, TakeABaseAddressWithOrWithoutASlashAtItsEnd) {
     Options options = usual();
     options["--base-url"] = "https://downloads.example/setup//";
     EXPECT_EQ(parsePublishOptions(argumentsOf(options)).baseUrl, "https://downloads.example/setup");
 }
 
-TEST(PublishOptions, DoNotRunAnEngineForAnotherSystem) {
+TEST(PublishOptionsTest, DoNotRunAnEngineForAnotherSystem) {
     Options options = usual();
     options["--system"] = "macos";
     EXPECT_EQ(failureOf(argumentsOf(options)),
@@ -83,7 +83,7 @@ TEST(PublishOptions, DoNotRunAnEngineForAnotherSystem) {
     EXPECT_EQ(failureOf(arguments), "no failure");
 }
 
-TEST(PublishOptions, TakeTheFlagsAnywhere) {
+TEST(PublishOptionsTest, TakeTheFlagsAnywhere) {
     auto arguments = argumentsOf(usual());
     arguments.insert(arguments.begin(), "--json");
     arguments.emplace_back("--dry-run");
@@ -92,13 +92,13 @@ TEST(PublishOptions, TakeTheFlagsAnywhere) {
     EXPECT_TRUE(options.json);
 }
 
-TEST(PublishOptions, TakePathsWithBlanks) {
+TEST(PublishOptionsTest, TakePathsWithBlanks) {
     Options options = usual();
     options["--folder"] = "a \"folder\" of ours";
     EXPECT_EQ(parsePublishOptions(argumentsOf(options)).folder, "a \"folder\" of ours");
 }
 
-TEST(PublishOptions, ThatAreMissingAreNamed) {
+TEST(PublishOptionsTest, ThatAreMissingAreNamed) {
     for (const auto& [name, value] : usual()) {
         Options options = usual();
         options.erase(name);
@@ -109,14 +109,14 @@ TEST(PublishOptions, ThatAreMissingAreNamed) {
     EXPECT_EQ(failureOf(arguments), "FILE is required");
 }
 
-TEST(PublishOptions, KnowTwoDigestsAndThreeCiphers) {
+TEST(PublishOptionsTest, KnowTwoDigestsAndThreeCiphers) {
     EXPECT_EQ(failureWith("--digest", "md5"), "no failure");
     EXPECT_EQ(failureWith("--digest", "SHA256"), "--digest: SHA256 not in {md5,sha256}");
     EXPECT_EQ(failureWith("--cipher", "none"), "no failure");
     EXPECT_EQ(failureWith("--cipher", "XOR"), "--cipher: XOR not in {none,pkg,xor}");
 }
 
-TEST(PublishOptions, TakeTheEngineOfAPackageAndOfNothingElse) {
+TEST(PublishOptionsTest, TakeTheEngineOfAPackageAndOfNothingElse) {
     Options options = usual();
     options["--cipher"] = "pkg";
     EXPECT_EQ(failureOf(argumentsOf(options)), "--plain-engine is required with --cipher pkg");
@@ -135,14 +135,14 @@ TEST(PublishOptions, TakeTheEngineOfAPackageAndOfNothingElse) {
     }
 }
 
-TEST(PublishOptions, TakeDottedVersionsAndKnownSystems) {
+TEST(PublishOptionsTest, TakeDottedVersionsAndKnownSystems) {
     EXPECT_EQ(failureWith("--version", "14.2"), "no failure");
     EXPECT_EQ(failureWith("--version", "v14"),
               "--version: must be a dotted version such as 14.2.7, not \"v14\"");
     EXPECT_NE(failureWith("--system", "darwin"), "no failure");
 }
 
-TEST(PublishOptions, TakeHttpsAddressesThatCanBeAppendedTo) {
+TEST(PublishOptionsTest, TakeHttpsAddressesThatCanBeAppendedTo) {
     for (const char* url : {"http://h.example/a", "folder", "https://h.example/a b", "https://h.example/a?b",
                             "https://h.example/a#b"}) {
         EXPECT_NE(failureWith("--base-url", url), "no failure") << url;

@@ -16,9 +16,9 @@ using test::contentsOf;
 using test::writeFile;
 namespace fs = std::filesystem;
 
-class Publisher : public testing::Test {
+class PublisherTest : public testing::Test {
 protected:
-    Publisher() { writeFile(options_.input, engine_); }
+    PublisherTest() { writeFile(options_.input, engine_); }
 
     ExitStatus statusOfFailure() {
         try {
@@ -51,7 +51,7 @@ protected:
                             .system = thisSystem()};
 };
 
-TEST_F(Publisher, WritesADescriptionThatTheProductReads) {
+TEST_F(PublisherTest, WritesADescriptionThatTheProductReads) {
     const Publication publication = publish(options_);
     const std::string document = contentsOf(publication.descriptionFile);
     EXPECT_EQ(decodeFileDownloadInfo(bytesOf(document)), publication.description);
@@ -66,7 +66,7 @@ TEST_F(Publisher, WritesADescriptionThatTheProductReads) {
               (std::set<std::string>{"14.2.7", "14.2.7/Varlen-setup.enc", "14.2.7/downloadinstaller.json"}));
 }
 
-TEST_F(Publisher, EnciphersSoThatTheProductDeciphers) {
+TEST_F(PublisherTest, EnciphersSoThatTheProductDeciphers) {
     for (const char* digest : {"md5", "sha256"}) {
         options_.digest = digest;
         options_.folder = folder_.path() / digest;
@@ -78,7 +78,7 @@ TEST_F(Publisher, EnciphersSoThatTheProductDeciphers) {
     }
 }
 
-TEST_F(Publisher, CopiesAPlainEngine) {
+TEST_F(PublisherTest, CopiesAPlainEngine) {
     options_.cipher = Cipher::none;
     options_.digest = "md5";
     const Publication publication = publish(options_);
@@ -89,7 +89,7 @@ TEST_F(Publisher, CopiesAPlainEngine) {
     EXPECT_EQ(publication.description.EncryptedFileChecksum, publication.description.Checksum);
 }
 
-TEST_F(Publisher, DescribesTheEngineThatAPackageInstalls) {
+TEST_F(PublisherTest, DescribesTheEngineThatAPackageInstalls) {
     options_.cipher = Cipher::package;
     options_.plainEngine = options_.input;
     options_.input = folder_.path() / "package";
@@ -103,7 +103,7 @@ TEST_F(Publisher, DescribesTheEngineThatAPackageInstalls) {
     EXPECT_EQ(publication.description.Size, static_cast<std::int64_t>(engine_.size()));
 }
 
-TEST_F(Publisher, NeverChangesAVersionThatIsPublished) {
+TEST_F(PublisherTest, NeverChangesAVersionThatIsPublished) {
     const Publication first = publish(options_);
     EXPECT_TRUE(first.isNew);
     const std::string before = contentsOf(first.engineFile);
@@ -117,7 +117,7 @@ TEST_F(Publisher, NeverChangesAVersionThatIsPublished) {
     EXPECT_EQ(contentsOf(first.engineFile), before);
 }
 
-TEST_F(Publisher, AcceptsTheSamePublicationAgain) {
+TEST_F(PublisherTest, AcceptsTheSamePublicationAgain) {
     const Publication first = publish(options_);
     const Publication again = publish(options_);
     EXPECT_FALSE(again.isNew);
@@ -127,7 +127,7 @@ TEST_F(Publisher, AcceptsTheSamePublicationAgain) {
     EXPECT_EQ(statusOfFailure(), ExitStatus::cannotCreate);
 }
 
-TEST_F(Publisher, MakesTheSameBytesOfTheSameEngine) {
+TEST_F(PublisherTest, MakesTheSameBytesOfTheSameEngine) {
     const Publication first = publish(options_);
     options_.folder = folder_.path() / "elsewhere";
     const Publication second = publish(options_);
@@ -135,7 +135,7 @@ TEST_F(Publisher, MakesTheSameBytesOfTheSameEngine) {
     EXPECT_EQ(contentsOf(first.descriptionFile), contentsOf(second.descriptionFile));
 }
 
-TEST_F(Publisher, EncryptsEnginesOfEveryLengthAroundAChunk) {
+TEST_F(PublisherTest, EncryptsEnginesOfEveryLengthAroundAChunk) {
     for (const std::size_t length : {(1U << 20) - 1, 1U << 20, (1U << 20) + 1, (2U << 20) + 33}) {
         writeFile(options_.input, std::string(length, 'e'));
         options_.folder = folder_.path() / std::to_string(length);
@@ -145,7 +145,7 @@ TEST_F(Publisher, EncryptsEnginesOfEveryLengthAroundAChunk) {
     }
 }
 
-TEST_F(Publisher, DoesEverythingInADryRunButLeavesTheFolderAsItIs) {
+TEST_F(PublisherTest, DoesEverythingInADryRunButLeavesTheFolderAsItIs) {
     const Publication published = publish(options_);
     std::filesystem::remove_all(options_.folder);
     options_.dryRun = true;
@@ -156,7 +156,7 @@ TEST_F(Publisher, DoesEverythingInADryRunButLeavesTheFolderAsItIs) {
     EXPECT_FALSE(std::filesystem::exists(options_.folder));
 }
 
-TEST_F(Publisher, RefusesADryRunForAFolderThatCannotBeMade) {
+TEST_F(PublisherTest, RefusesADryRunForAFolderThatCannotBeMade) {
     // Executable, so that nothing but its kind stands against it.
     std::filesystem::permissions(options_.input, std::filesystem::perms::owner_all);
     options_.dryRun = true;
@@ -164,21 +164,21 @@ TEST_F(Publisher, RefusesADryRunForAFolderThatCannotBeMade) {
     EXPECT_EQ(statusOfFailure(), ExitStatus::cannotCreate);
 }
 
-TEST_F(Publisher, TellsWhatItIsDoing) {
+TEST_F(PublisherTest, TellsWhatItIsDoing) {
     std::vector<std::string> told;
     publish(options_, [&told](const Progress& progress) { told.emplace_back(progress.what); });
     EXPECT_EQ(told.front(), "reading " + options_.input.string());
     EXPECT_EQ(told.back(), "decrypting Varlen-setup.enc again");
 }
 
-TEST_F(Publisher, RefusesAMissingFile) {
+TEST_F(PublisherTest, RefusesAMissingFile) {
     options_.input = folder_.path() / "missing";
     EXPECT_EQ(statusOfFailure(), ExitStatus::noInput);
     options_.input = folder_.path();
     EXPECT_EQ(statusOfFailure(), ExitStatus::noInput);
 }
 
-TEST_F(Publisher, RefusesAnEmptyFileAndOneShorterThanItsKey) {
+TEST_F(PublisherTest, RefusesAnEmptyFileAndOneShorterThanItsKey) {
     writeFile(options_.input, "");
     EXPECT_EQ(statusOfFailure(), ExitStatus::badData);
     writeFile(options_.input, std::string(31, 'a'));
@@ -187,19 +187,19 @@ TEST_F(Publisher, RefusesAnEmptyFileAndOneShorterThanItsKey) {
     EXPECT_NO_THROW(publish(options_));
 }
 
-TEST_F(Publisher, RefusesAFolderThatCannotBeMade) {
+TEST_F(PublisherTest, RefusesAFolderThatCannotBeMade) {
     options_.folder = options_.input / "below a file";
     EXPECT_EQ(statusOfFailure(), ExitStatus::cannotCreate);
 }
 
-TEST_F(Publisher, LeavesNothingHalfMadeWhenItFails) {
+TEST_F(PublisherTest, LeavesNothingHalfMadeWhenItFails) {
     // A file in the place of the version's folder cannot be replaced by it.
     writeFile(options_.folder / "14.2.7", "");
     EXPECT_EQ(statusOfFailure(), ExitStatus::noInput);
     EXPECT_EQ(outputFiles(), (std::set<std::string>{"14.2.7"}));
 }
 
-TEST_F(Publisher, ClearsAwayWhatAnEndedProcessLeft) {
+TEST_F(PublisherTest, ClearsAwayWhatAnEndedProcessLeft) {
     writeFile(options_.folder / ".14.2.7.partial" / "Varlen-setup.enc", "half");
     publish(options_);
     EXPECT_EQ(outputFiles().size(), 3U);
