@@ -9,11 +9,20 @@ from layout import ARCHITECTURES, FRAMEWORKS, INTERFACES, LIBRARIES, STUBS
 
 # The compiler leaves names that are reserved for it out of what it extracts.
 RESERVED_NAME = re.compile(r"^OBJC_EXTERN [^;(\[]*?\b(_\w+)", re.MULTILINE)
+# How Intel code calls what returns a large structure; the runtime's headers declare it unavailable on the architecture that
+# they are read for.
+INTEL_SYMBOLS = {"objc": {"_objc_msgSend_stret"}}
 EXCEPTION_CLASS = re.compile(r"__objc_exception__.*\s@interface (\w+)")
 
 
 def quoted(names):
     return "[ " + ", ".join(f"'{name}'" for name in sorted(names)) + " ]"
+
+
+def intel_exports(library):
+    if library in INTEL_SYMBOLS:
+        yield "  - targets: [ x86_64-macos ]"
+        yield f"    symbols: {quoted(INTEL_SYMBOLS[library])}"
 
 
 def stub(library):
@@ -34,6 +43,7 @@ def stub(library):
         "exports:",
         f"  - targets: {targets}",
         *(f"    {kind}: {quoted(names)}" for kind, names in exports.items() if names),
+        *intel_exports(library),
         "...",
         "",
     ])
