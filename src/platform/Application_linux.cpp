@@ -97,6 +97,7 @@ void applicationMain(int argumentCount, char** arguments, const std::string& win
     std::string programName = argumentCount > 0 ? savedArguments().front() : windowTitle;
     std::array<char*, 2> programArguments{programName.data(), nullptr};
     int programArgumentCount = 1;
+    printToolkitMessages();
     ignorePluginsBesideProgram();
     std::optional<NoSessionBusLaunch> noSessionBusLaunch(std::in_place);
     LinuxApplication application(programArgumentCount, programArguments.data());

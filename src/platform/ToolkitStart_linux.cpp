@@ -1,7 +1,10 @@
 #include "platform/ToolkitStart_linux.h"
 
+#include "platform/StandardOutput.h"
+
 #include <QCoreApplication>
 #include <QFileInfo>
+#include <QtGlobal>
 
 namespace orvane::platform {
 
@@ -16,7 +19,14 @@ bool hasUserBus() {
     return !folder.isEmpty() && QFileInfo::exists(folder + QStringLiteral("/bus"));
 }
 
+/// Qt ends the process itself after a message of that weight.
+void printToolkitMessage(QtMsgType type, const QMessageLogContext& context, const QString& message) {
+    printErrorLine(qFormatLogMessage(type, context, message).toStdString());
+}
+
 } // namespace
+
+void printToolkitMessages() { qInstallMessageHandler(&printToolkitMessage); }
 
 /// The application object adds the program's folder to the list of plugin folders, then takes out again what
 /// was removed from the list before. Only a folder of the list can be removed, so the variable puts it there.

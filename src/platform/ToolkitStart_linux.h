@@ -2,6 +2,10 @@
 
 namespace orvane::platform {
 
+/// Has Qt's warnings written to standard error as `printErrorLine` writes: they wait for a reader for a
+/// bounded time alone. Before anything else of Qt.
+void printToolkitMessages();
+
 /// Keeps Qt from loading plugins out of the program's own folder, where another user may have put some.
 /// Before the application object is made. (A `qt.conf` in that folder is not read, since the program has one
 /// of its own among its resources.)

@@ -74,6 +74,15 @@ def test_nobody_reads_standard_output_and_the_run_goes_on_with_every_line_in_the
     assert run.status() == 2
 
 
+@pytest.mark.parametrize("preparation", [NEVER_READ, STOPPED_TERMINAL], ids=["never read", "stopped terminal"])
+def test_nobody_reads_standard_error_and_what_the_toolkit_says_there_holds_nothing_up(product, preparation):
+    product.scenario("end 0")
+    product.trusted_vendor(product.sample_engine)
+    without_runtime_folder = {"XDG_RUNTIME_DIR": "", "QT_LOGGING_RULES": "qt.core.library=true"}
+    run = product.start(variables=without_runtime_folder, through=with_streams(f"{preparation}\nos.dup2(1, 2)"))
+    assert run.status() == 0
+
+
 @pytest.mark.parametrize("closed", [(1,), (0, 1, 2)], ids=["standard output", "all three"])
 def test_closed_streams_are_opened_on_nothing_before_anything_else(product, closed):
     product.scenario("step Copie", product.gate("seen"), "end 0")
