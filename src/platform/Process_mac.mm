@@ -2,11 +2,14 @@
 
 #include "platform/Error.h"
 #include "platform/Foundation_mac.h"
+#include "platform/IgnoredSignal.h"
 
 #include <cerrno>
+#include <csignal>
 #include <dispatch/dispatch.h>
 #include <mutex>
 #include <optional>
+#include <pthread.h>
 #include <unistd.h>
 #include <utility>
 
@@ -14,8 +17,34 @@ namespace orvane::platform {
 
 namespace {
 
+/// Signals that a child would inherit, kept from it while this object exists: NSTask promises nothing about
+/// them. The threads of dispatch queues block most signals, and a shell ignores SIGINT and SIGQUIT for what
+/// it starts in the background; an engine that was launched so could not be interrupted.
+class SignalsForChild {
+public:
+    SignalsForChild() {
+        for (const int number : {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGCHLD}) {
+            struct sigaction current {};
+            ::sigaction(number, nullptr, &current);
+            if (current.sa_handler == SIG_IGN) {
+                ignoreSignal(number);
+            }
+        }
+        sigset_t none;
+        sigemptyset(&none);
+        ::pthread_sigmask(SIG_SETMASK, &none, &blocked_);
+    }
+    ~SignalsForChild() { ::pthread_sigmask(SIG_SETMASK, &blocked_, nullptr); }
+    SignalsForChild(const SignalsForChild&) = delete;
+    SignalsForChild& operator=(const SignalsForChild&) = delete;
+
+private:
+    sigset_t blocked_{};
+};
+
 /// NSTask answers some failures with an error and raises others.
 std::optional<Error> launchError(NSTask* task) {
+    const SignalsForChild signals;
     @try {
         NSError* error = nil;
         return [task launchAndReturnError:&error] ? std::nullopt : std::optional(fromNSError(error));

@@ -197,15 +197,21 @@ TEST_F(ProcessTest, InterruptMayComeFromAnotherThreadWhileTheChildIsLaunched) {
 }
 
 TEST_F(ProcessTest, TheChildIgnoresAndBlocksNoSignal) {
+    // What a system's background threads block, and what a shell ignores for a program in the background.
     sigset_t signals;
     sigset_t before;
     sigemptyset(&signals);
-    sigaddset(&signals, SIGUSR2);
+    for (const int number : {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGUSR2}) {
+        sigaddset(&signals, number);
+    }
     ASSERT_EQ(::pthread_sigmask(SIG_BLOCK, &signals, &before), 0);
-    const auto handler = std::signal(SIGHUP, SIG_IGN);
     EXPECT_EQ(resultOf(*shell("kill -USR2 $$; exit 1")), SIGUSR2);
-    EXPECT_EQ(resultOf(*shell("kill -HUP $$; exit 1")), SIGHUP);
-    std::signal(SIGHUP, handler);
+    EXPECT_EQ(resultOf(*shell("kill -TERM $$; exit 1")), SIGTERM);
+    for (const int number : {SIGHUP, SIGINT, SIGQUIT}) {
+        const auto handler = std::signal(number, SIG_IGN);
+        EXPECT_EQ(resultOf(*shell("kill -$1 $$; exit 1", {std::to_string(number)})), number);
+        std::signal(number, handler);
+    }
     ASSERT_EQ(::pthread_sigmask(SIG_SETMASK, &before, nullptr), 0);
 }
 
