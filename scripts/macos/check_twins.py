@@ -7,7 +7,7 @@ import sys
 
 from layout import ROOT
 
-MOST_LINES = 1200
+MOST_LINES = 1250
 COMMENT = re.compile(r"//.*")
 LITERAL = re.compile(r'"((?:[^"\\]|\\.)*)"')
 DIRECTIVE = re.compile(r"^\s*#", re.MULTILINE)
