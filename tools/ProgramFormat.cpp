@@ -127,7 +127,7 @@ std::optional<Program> programIn(const std::filesystem::path& file) {
     if (header.starts_with("#!")) {
         return Program{"a script", knownSystems()};
     }
-    if (const auto program = elfProgram(header)) {
+    if (auto program = elfProgram(header)) {
         return program;
     }
     return machProgram(header);

@@ -1,6 +1,7 @@
 #include "tools/Progress.h"
 
 #include <array>
+#include <cmath>
 #include <cstdio>
 #include <unistd.h>
 
@@ -14,7 +15,7 @@ constexpr std::int64_t kMeasuredFrom = 64LL << 20;
 constexpr auto kShownEvery = 200ms;
 
 std::string readableTime(double seconds) {
-    const auto whole = static_cast<std::int64_t>(seconds + 0.5);
+    const std::int64_t whole = std::llround(seconds);
     return whole < 60 ? std::to_string(whole) + " s"
                       : std::to_string(whole / 60) + " min " + std::to_string(whole % 60) + " s";
 }
