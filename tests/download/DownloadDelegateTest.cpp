@@ -94,19 +94,26 @@ std::int64_t writesOfThisThread() {
 }
 
 TEST_F(DownloadDelegateTest, EachChunkIsOneWriteAndInTheFileAtOnce) {
-    const std::string chunk(512 << 10, 'c'); // the largest that libcurl delivers
     service->didReceiveResponse(transfer(), -1);
-    for (std::size_t count = 1; count <= 5; ++count) {
+    const auto writesFor = [this](const std::string& chunk) {
         const std::int64_t before = writesOfThisThread();
         service->didReceiveData(transfer(), bytesOf(chunk));
-        EXPECT_EQ(writesOfThisThread() - before, 1);
-        EXPECT_EQ(std::filesystem::file_size(target), count * chunk.size());
+        return writesOfThisThread() - before;
+    };
+    // A sanitizer writes too: more for the first chunk than for the others.
+    writesFor("c");
+    const std::int64_t once = writesFor("c");
+    const std::string largeChunk(512 << 10, 'c'); // the largest that libcurl delivers
+    for (std::size_t count = 1; count <= 5; ++count) {
+        EXPECT_EQ(writesFor(largeChunk), once);
+        EXPECT_EQ(std::filesystem::file_size(target), 2 + count * largeChunk.size());
     }
 }
 
 TEST_F(DownloadDelegateTest, ATransferThatIsGivenUpLeavesItsStreamUsable) {
     service->didReceiveData(transfer(), bytesOf("data"));
     std::FILE* const stream = task().targetFileHandle;
+    const std::unique_ptr<char[]> buffer(task().targetFileBuffer.get()); // left to the stream below
     download.reset();
     service.reset();
     EXPECT_EQ(std::fputs("more", stream), 1);

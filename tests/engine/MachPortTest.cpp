@@ -1,6 +1,7 @@
 #include "engine/MachPort.h"
 
 #include "platform/MessagePort.h"
+#include "platform/StandardOutput.h"
 #include "tests/support/CaptureStandardOutput.h"
 #include "tests/support/DeathTest.h"
 #include "tests/support/Sender.h"
@@ -83,11 +84,13 @@ TEST(InitializeMachPortTest, APortThatCannotBeMadeAnswersMinus1) {
     ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &limit), 0);
     const rlimit none{.rlim_cur = 0, .rlim_max = limit.rlim_max};
     CaptureStandardOutput output;
+    // The undefined behaviour sanitizer needs descriptors the first time that a line is printed.
+    platform::printLine("before the limit");
     ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &none), 0);
     const std::int64_t result = initializeMachPort("kestrix.orvane.bootstrap.never-made");
     ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &limit), 0);
     EXPECT_EQ(result, -1);
-    EXPECT_EQ(output.finish(), "mach_port_allocate() failed with code 0x18\n");
+    EXPECT_EQ(output.finish(), "before the limit\nmach_port_allocate() failed with code 0x18\n");
 }
 
 class WaitMachPortMessageTest : public testing::Test {
