@@ -29,8 +29,11 @@ orvane_include_root(sender)
 add_library(orvane_sender STATIC ${ORVANE_SENDER_SOURCES})
 add_library(orvane::sender ALIAS orvane_sender)
 target_include_directories(orvane_sender PUBLIC
-    "$<BUILD_INTERFACE:${sender_root}>" "$<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>")
+    "$<BUILD_INTERFACE:${sender_root}>" "$<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/orvane>")
 target_link_libraries(orvane_sender PRIVATE $<BUILD_INTERFACE:orvane::warnings>)
+# A C compiler links it, without a C++ library.
+target_compile_options(orvane_sender PRIVATE -fno-exceptions -fno-rtti)
+set_target_properties(orvane_sender PROPERTIES OUTPUT_NAME orvane-sender)
 
 orvane_add_folder(config)
 target_include_directories(orvane_config PUBLIC "${CMAKE_BINARY_DIR}/generated")

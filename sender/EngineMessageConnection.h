@@ -1,27 +1,28 @@
 #pragma once
 
-#include "sender/EngineMessageSender.h"
+#include "sender/orvane_sender.h"
 
+#include <cstddef>
 #include <cstdint>
-#include <string>
-#include <string_view>
 
-namespace orvane {
-
-/// What a platform does for the sender: finds the service and delivers a message of a type and a text that
-/// fits. Both throw `EngineMessageError`; `deliver` may be called from any thread.
-class EngineMessageSender::Connection {
-public:
-    explicit Connection(std::string_view serviceName);
-    ~Connection();
-    Connection(const Connection&) = delete;
-    Connection& operator=(const Connection&) = delete;
-
-    void deliver(std::int32_t type, std::string_view text) const;
-
-private:
-    const std::string serviceName_;
-    std::int64_t endpoint_ = -1; ///< a socket, or the name of a port
+/// One connection. Like all of the sender's implementation it needs no C++ library, so that a C program can
+/// be linked with it by a C compiler: no exceptions, no allocation by `new`.
+struct orvane_sender {
+    char serviceName[ORVANE_SENDER_NAME_LIMIT + 1];
+    std::int64_t endpoint; ///< a socket, or the name of a port
 };
 
-} // namespace orvane
+/// What a platform does for the sender. A failure is answered by its reason, a text that is never freed;
+/// success by null.
+namespace orvane::connection {
+
+/// Finds the service of that name and fills in `endpoint`.
+const char* open(orvane_sender& sender);
+
+/// Delivers a message whose text has at most `ORVANE_SENDER_TEXT_LIMIT` bytes and no NUL. Any thread.
+const char* deliver(const orvane_sender& sender, std::int32_t type, const char* text, std::size_t textSize);
+
+/// Gives `endpoint` back.
+void close(const orvane_sender& sender);
+
+} // namespace orvane::connection

@@ -1,56 +1,50 @@
 #include "sender/EngineMessageConnection.h"
 
-#include <algorithm>
-#include <cstddef>
 #include <cstring>
 #include <mach/mach.h>
 #include <mach/mach_error.h>
 #include <servers/bootstrap.h>
 
-namespace orvane {
+namespace orvane::connection {
 
 namespace {
 
 struct SentMessage {
     mach_msg_header_t header;
     std::int32_t type;
-    char text[kEngineMessageTextLimit + 1];
+    char text[ORVANE_SENDER_TEXT_LIMIT + 1];
 };
 
 static_assert(sizeof(SentMessage) == 4124);
-
-[[noreturn]] void fail(const std::string& what, const std::string& serviceName, kern_return_t result) {
-    throw EngineMessageError(what + " " + serviceName + ": " + mach_error_string(result));
-}
+static_assert(ORVANE_SENDER_NAME_LIMIT < sizeof(name_t));
 
 } // namespace
 
-EngineMessageSender::Connection::Connection(std::string_view serviceName) : serviceName_(serviceName) {
+const char* open(orvane_sender& sender) {
     name_t name{};
-    std::ranges::copy(serviceName_.substr(0, sizeof(name) - 1), std::begin(name));
+    std::memcpy(name, sender.serviceName, std::strlen(sender.serviceName));
     mach_port_t port = MACH_PORT_NULL;
     if (const kern_return_t result = bootstrap_look_up(bootstrap_port, name, &port); result != KERN_SUCCESS) {
-        fail("cannot connect to", serviceName_, result);
+        return mach_error_string(result);
     }
-    endpoint_ = port;
+    sender.endpoint = port;
+    return nullptr;
 }
 
-EngineMessageSender::Connection::~Connection() {
-    mach_port_deallocate(mach_task_self(), static_cast<mach_port_t>(endpoint_));
-}
-
-void EngineMessageSender::Connection::deliver(std::int32_t type, std::string_view text) const {
+const char* deliver(const orvane_sender& sender, std::int32_t type, const char* text, std::size_t textSize) {
     SentMessage message{};
     message.header.msgh_bits = MACH_MSGH_BITS(MACH_MSG_TYPE_COPY_SEND, 0);
     message.header.msgh_size = sizeof(message);
-    message.header.msgh_remote_port = static_cast<mach_port_t>(endpoint_);
+    message.header.msgh_remote_port = static_cast<mach_port_t>(sender.endpoint);
     message.type = type;
-    std::memcpy(message.text, text.data(), std::min(text.size(), kEngineMessageTextLimit));
+    std::memcpy(message.text, text, textSize);
     const mach_msg_return_t result = mach_msg(&message.header, MACH_SEND_MSG, sizeof(message), 0,
                                               MACH_PORT_NULL, MACH_MSG_TIMEOUT_NONE, MACH_PORT_NULL);
-    if (result != MACH_MSG_SUCCESS) {
-        fail("cannot send to", serviceName_, result);
-    }
+    return result == MACH_MSG_SUCCESS ? nullptr : mach_error_string(result);
 }
 
-} // namespace orvane
+void close(const orvane_sender& sender) {
+    mach_port_deallocate(mach_task_self(), static_cast<mach_port_t>(sender.endpoint));
+}
+
+} // namespace orvane::connection

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "sender/MessageNumber.h"
+#include "sender/orvane_sender.h"
 
 #include <array>
 #include <cstddef>
@@ -11,17 +12,15 @@
 /// them from here.
 namespace orvane {
 
-/// What a message says. A number travels as decimal digits, with nothing around them.
+/// What a message says; orvane_sender.h tells what the text of each holds.
 enum class EngineMessageType : std::int32_t {
-    progress = 0, ///< the position of the bar
-    step = 1,     ///< what is being done, one sentence for the user
-    network = 2,  ///< 0 all is well, 1 no connection, 2 stopped on a metered connection
-    end = 3, ///< 0 success, 1 success and a restart of the machine is advised, 3 stopped by the user; a text
-             ///< that is no number ends the run as a fatal error that shows it
-    error = 4,   ///< a line for the user; the run goes on
-    restart = 5, ///< two digits, then a question; on yes this engine is interrupted and started anew with
-                 ///< "--step" and that number, on no the run ends
-    cancelButton = 6, ///< 1 enables the Cancel button, 0 disables it
+    progress = ORVANE_PROGRESS,
+    step = ORVANE_STEP,
+    network = ORVANE_NETWORK,
+    end = ORVANE_END,
+    error = ORVANE_ERROR,
+    restart = ORVANE_RESTART,
+    cancelButton = ORVANE_CANCEL_BUTTON,
 };
 
 namespace message_text {

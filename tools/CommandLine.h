@@ -10,11 +10,8 @@ namespace orvane::tools {
 
 using Arguments = std::vector<std::string>;
 
-// Checks for an option's value: the objection to it, or an empty text.
-
+/// The objection to an option's value, or an empty text.
 std::string checkNotEmpty(const std::string& value);
-std::string checkVersion(const std::string& value);      ///< a dotted version such as 14.2.7
-std::string checkHttpsAddress(const std::string& value); ///< a URL with the scheme "https"
 
 /// The command line of a tool, or of one of a tool's commands: CLI11 with the habits that all tools share.
 ///

@@ -3,6 +3,7 @@
 #include "platform/Error.h"
 #include "platform/Files.h"
 #include "platform/Process.h"
+#include "tools/OptionChecks.h"
 #include "tools/ProgramFormat.h"
 #include "tools/ToolError.h"
 #include "tools/WorkFolder.h"

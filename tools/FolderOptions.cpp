@@ -1,4 +1,5 @@
 #include "tools/FolderOptions.h"
+#include "tools/OptionChecks.h"
 
 namespace orvane::tools {
 namespace {

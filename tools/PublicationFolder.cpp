@@ -4,6 +4,7 @@
 #include "platform/Files.h"
 #include "tools/CommandLine.h"
 #include "tools/DescriptionJson.h"
+#include "tools/OptionChecks.h"
 #include "tools/StagedFile.h"
 #include "tools/ToolError.h"
 #include "verify/Versions.h"

@@ -1,5 +1,6 @@
 #include "tools/PublishOptions.h"
 
+#include "tools/OptionChecks.h"
 #include "tools/ProgramFormat.h"
 #include "tools/PublicationFolder.h"
 

@@ -2,6 +2,7 @@
 
 #include "config/Deployment.h"
 #include "platform/Bundle.h"
+#include "tools/OptionChecks.h"
 #include "tools/ProgramFormat.h"
 #include "verify/Versions.h"
 

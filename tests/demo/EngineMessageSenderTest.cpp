@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <functional>
 #include <memory>
 
@@ -102,9 +103,12 @@ TEST(EngineMessageSenderTest, SaysWhichServiceIsMissing) {
 }
 
 TEST(EngineMessageSenderTest, RefusesNamesThatNoServiceCanHave) {
-    EXPECT_EQ(failureOf([] { EngineMessageSender(""); }), "cannot connect to : Invalid argument");
-    EXPECT_NE(failureOf([] { EngineMessageSender(std::string(108, 'a')); }).find("Invalid argument"),
-              std::string::npos);
+    EXPECT_EQ(failureOf([] { EngineMessageSender(""); }),
+              "cannot connect to : a service name has 1 to 107 bytes");
+    EXPECT_EQ(failureOf([] { EngineMessageSender(std::string(300, 'a')); }),
+              "cannot connect to " + std::string(107, 'a') + ": a service name has 1 to 107 bytes");
+    EXPECT_EQ(failureOf([] { EngineMessageSender(std::string(107, 'a')); }),
+              "cannot connect to " + std::string(107, 'a') + ": Connection refused");
 }
 
 TEST(EngineMessageSenderTest, SaysThatTheReceiverIsGone) {
@@ -114,6 +118,39 @@ TEST(EngineMessageSenderTest, SaysThatTheReceiverIsGone) {
     service.reset();
     EXPECT_EQ(failureOf([&] { sender.send(EngineMessageType::step, "x"); }),
               "cannot send to " + name + ": Connection refused");
+}
+
+TEST(OrvaneSenderInCTest, DeliversUntilItIsClosed) {
+    ServiceEnd service;
+    orvane_sender* const sender = orvane_sender_open(service.name().c_str(), nullptr, 0);
+    ASSERT_NE(sender, nullptr);
+    EXPECT_EQ(orvane_sender_send(sender, ORVANE_CANCEL_BUTTON, "1", nullptr, 0), 0);
+    orvane_sender_close(sender);
+    EXPECT_EQ(service.receive(), Message(6, "1"));
+    orvane_sender_close(nullptr);
+}
+
+TEST(OrvaneSenderInCTest, ReportsAFailureInTheRoomThatItsCallerHas) {
+    std::array<char, ORVANE_SENDER_ERROR_SIZE> error{};
+    EXPECT_EQ(orvane_sender_open("orvane.test.nobody", error.data(), error.size()), nullptr);
+    EXPECT_STREQ(error.data(), "cannot connect to orvane.test.nobody: Connection refused");
+    error.fill('x');
+    EXPECT_EQ(orvane_sender_open("orvane.test.nobody", error.data(), 7), nullptr);
+    EXPECT_EQ(std::string(error.data(), 8), std::string("cannot\0x", 8));
+    EXPECT_EQ(orvane_sender_open("orvane.test.nobody", nullptr, 0), nullptr);
+    EXPECT_EQ(orvane_sender_open("orvane.test.nobody", error.data(), 0), nullptr);
+}
+
+TEST(OrvaneSenderInCTest, SaysThatTheReceiverIsGone) {
+    auto service = std::make_unique<ServiceEnd>();
+    const std::string name = service->name();
+    orvane_sender* const sender = orvane_sender_open(name.c_str(), nullptr, 0);
+    ASSERT_NE(sender, nullptr);
+    service.reset();
+    std::array<char, ORVANE_SENDER_ERROR_SIZE> error{};
+    EXPECT_EQ(orvane_sender_send(sender, ORVANE_STEP, "x", error.data(), error.size()), -1);
+    EXPECT_EQ(std::string(error.data()), "cannot send to " + name + ": Connection refused");
+    orvane_sender_close(sender);
 }
 
 } // namespace

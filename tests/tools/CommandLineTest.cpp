@@ -1,4 +1,5 @@
 #include "tools/CommandLine.h"
+#include "tools/OptionChecks.h"
 #include "tools/ToolError.h"
 
 #include <gtest/gtest.h>
