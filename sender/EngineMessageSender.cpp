@@ -45,7 +45,7 @@ orvane_sender* orvane_sender_open(const char* service_name, char* error, size_t 
     if (sender == nullptr) {
         reason = "out of memory";
     } else if (reason == nullptr) {
-        std::memcpy(sender->serviceName, service_name, std::strlen(service_name));
+        std::memcpy(sender->serviceName, service_name, std::strlen(service_name) + 1);
         reason = orvane::connection::open(*sender);
     }
     if (reason != nullptr) {
